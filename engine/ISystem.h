@@ -1,0 +1,40 @@
+#pragma once
+// Seam for system facts and services: shell folders, system directories,
+// version, clock, resources, shell execution and process start.
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace SASM {
+
+namespace Csidl {
+constexpr int32_t kDesktop = 16;
+constexpr int32_t kAppData = 26;       // roaming
+constexpr int32_t kLocalAppData = 28;
+constexpr int32_t kWindows = 36;
+constexpr int32_t kSystem = 37;
+constexpr int32_t kProgramFiles = 38;
+constexpr int32_t kFlagCreate = 32768;
+}  // namespace Csidl
+
+class ISystem {
+ public:
+  virtual ~ISystem() = default;
+  // False when the shell's folder function is missing or fails.
+  virtual bool GetFolderPath(int32_t csidl, std::u16string& path) = 0;
+  virtual bool GetSystemDirectory(std::u16string& path) = 0;
+  // False when the platform has no 32-bit system directory of its own.
+  virtual bool GetSystemWow64Directory(std::u16string& path) = 0;
+  virtual bool IsWow64Process() = 0;
+  virtual uint32_t WindowsMajorVersion() = 0;
+  virtual uint32_t TickCount() = 0;
+  // False when the resource module has no such string.
+  virtual bool LoadResourceString(void* module, uint32_t id, std::u16string& text) = 0;
+  // ShellExecuteW's instance value: 32 or less is a failure.
+  virtual intptr_t ShellExecute(void* window, std::u16string_view verb, std::u16string_view file,
+                                std::u16string_view parameters) = 0;
+  // Starts a command line without waiting; the handles are closed at once.
+  virtual int32_t StartProcess(std::u16string_view commandLine) = 0;
+};
+
+}  // namespace SASM

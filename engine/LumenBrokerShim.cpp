@@ -1,0 +1,271 @@
+#include "engine/LumenBrokerShim.h"
+
+#include <new>
+
+#include "engine/ErrorCodes.h"
+#include "engine/HostCallbacks.h"
+#include "engine/InstallEngine.h"
+#include "engine/ProductKind.h"
+#include "engine/Reporter.h"
+#include "engine/SettingsTree.h"
+
+namespace SASM {
+
+LumenBrokerShim* StartShim(HostCallbacks* host, const Platform& platform) {
+  auto* shim = new (std::nothrow) LumenBrokerShim(host, platform);
+  if (!shim) return nullptr;
+  // A failed engine allocation leaves the engine null, unreported.
+  shim->engine = new (std::nothrow) InstallEngine(shim, platform);
+  return shim;
+}
+
+LumenBrokerShim::LumenBrokerShim(HostCallbacks* h, const Platform& platform)
+    : host(h), engine(nullptr), browserName(MString::Empty()), registrationReached(0), platform_(platform) {}
+
+LumenBrokerShim::~LumenBrokerShim() { delete engine; }
+
+void LumenBrokerShim::ReportNotAvailable(const char16_t* operation) {
+  MString text(operation);
+  text.Append(u": not available in this build");
+  Reporter::ReportText(*host, Severity::kUserMustKnow, ErrorCode::kNotAvailable, text);
+}
+
+MString& LumenBrokerShim::LoadString(MString& out, uint32_t id, uint8_t useHost) {
+  std::u16string text;
+  if (platform_.system->LoadResourceString(host->resourceModule, id, text)) {
+    out = MString(std::u16string_view(text));
+  } else if (useHost) {
+    host->LoadStringFallback(out, id, 0);
+  } else {
+    out = MString(u"MISSING LOCALIZATION");
+  }
+  return out;
+}
+
+MorphUI* LumenBrokerShim::CreateUI() {
+  ReportNotAvailable(u"CreateUI");
+  return nullptr;
+}
+
+void LumenBrokerShim::DestroyUI(void*, MorphUI* ui) {
+  // Nothing can have been created yet; a null window is ignored as always.
+  if (ui) ReportNotAvailable(u"DestroyUI");
+}
+
+bool LumenBrokerShim::ReleaseTypeMatches(uint32_t, uint32_t) {
+  ReportNotAvailable(u"ReleaseTypeMatches");
+  return false;
+}
+
+bool LumenBrokerShim::CheckInstallAllowed(uint32_t, int32_t&, uint32_t) {
+  ReportNotAvailable(u"CheckInstallAllowed");
+  return false;
+}
+
+bool LumenBrokerShim::IsUacEnabled() {
+  if (platform_.system->WindowsMajorVersion() < 6) return false;
+  uint32_t enableLua = 0;
+  // A value that cannot be read counts as 0.
+  if (platform_.registry->ReadDword(RegistryHive::Machine, u"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Policies\\System",
+                                    u"EnableLUA", enableLua) != 0)
+    enableLua = 0;
+  return static_cast<int32_t>(enableLua) > 0;
+}
+
+bool LumenBrokerShim::UninstallProduct(uint32_t, MString, uint8_t) {
+  ReportNotAvailable(u"UninstallProduct");
+  return false;
+}
+
+bool LumenBrokerShim::RegisterProduct(uint32_t, MString, MString, MString, uint8_t) {
+  ReportNotAvailable(u"RegisterProduct");
+  return false;
+}
+
+bool LumenBrokerShim::RemoveUpdateService(void*, MString) {
+  ReportNotAvailable(u"RemoveUpdateService");
+  return false;
+}
+
+bool LumenBrokerShim::RemoveProductKind(uint32_t, MString, uint8_t, uint8_t) {
+  ReportNotAvailable(u"RemoveProductKind");
+  return false;
+}
+
+bool LumenBrokerShim::RemoveNamedFiles(uint32_t, MString) {
+  ReportNotAvailable(u"RemoveNamedFiles");
+  return false;
+}
+
+bool LumenBrokerShim::RemoveOneFile(MString, MString) {
+  ReportNotAvailable(u"RemoveOneFile");
+  return false;
+}
+
+bool LumenBrokerShim::RemovePatternFiles(uint32_t, MString) {
+  ReportNotAvailable(u"RemovePatternFiles");
+  return false;
+}
+
+bool LumenBrokerShim::RefreshElevationPolicy() {
+  ReportNotAvailable(u"RefreshElevationPolicy");
+  return false;
+}
+
+bool LumenBrokerShim::RegisterBrokerServer(MString, uint32_t) {
+  ReportNotAvailable(u"RegisterBrokerServer");
+  return false;
+}
+
+bool LumenBrokerShim::RegisterActiveXControl(MString) {
+  ReportNotAvailable(u"RegisterActiveXControl");
+  return false;
+}
+
+bool LumenBrokerShim::RegisterPluginEntry(MString) {
+  ReportNotAvailable(u"RegisterPluginEntry");
+  return false;
+}
+
+bool LumenBrokerShim::UnregisterActiveXControl(uint8_t, MString) {
+  ReportNotAvailable(u"UnregisterActiveXControl");
+  return false;
+}
+
+bool LumenBrokerShim::StopPlayers() {
+  ReportNotAvailable(u"StopPlayers");
+  return false;
+}
+
+int32_t LumenBrokerShim::RunBroker() {
+  ReportNotAvailable(u"RunBroker");
+  return static_cast<int32_t>(0x80004005u);
+}
+
+InstallEngine* LumenBrokerShim::GetEngine() { return engine; }
+
+MStringList* LumenBrokerShim::GetAXFilenames() { return engine ? &engine->filenamesAX : nullptr; }
+MStringList* LumenBrokerShim::GetPluginFilenames() { return engine ? &engine->filenamesPlugin : nullptr; }
+MStringList* LumenBrokerShim::GetPluginDirectories() { return engine ? &engine->pluginDirectories : nullptr; }
+MStringList* LumenBrokerShim::GetAXFilenamePatterns() { return engine ? &engine->axPatterns : nullptr; }
+MStringList* LumenBrokerShim::GetPluginFilenamePatterns() { return engine ? &engine->pluginPatterns : nullptr; }
+MStringList* LumenBrokerShim::GetPepperFilenamePatterns() { return engine ? &engine->pepperPatterns : nullptr; }
+MStringList* LumenBrokerShim::GetProductManagerPatterns() {
+  return engine ? &engine->productManagerPatterns : nullptr;
+}
+MStringList* LumenBrokerShim::GetProductManagerEntries() {
+  return engine ? &engine->productManagerEntries : nullptr;
+}
+
+bool LumenBrokerShim::StoreConflicts(uint32_t) {
+  ReportNotAvailable(u"StoreConflicts");
+  return false;
+}
+
+bool LumenBrokerShim::HasStoredConflicts() {
+  ReportNotAvailable(u"HasStoredConflicts");
+  return false;
+}
+
+MStringList* LumenBrokerShim::FindConflicts(uint32_t) {
+  ReportNotAvailable(u"FindConflicts");
+  return nullptr;
+}
+
+MStringList* LumenBrokerShim::GetExtraActiveXFiles() { return engine ? &engine->extraActiveXFiles : nullptr; }
+MStringList* LumenBrokerShim::GetExtraPluginFiles() { return engine ? &engine->extraPluginFiles : nullptr; }
+MStringList* LumenBrokerShim::GetExtraPepperFiles() { return engine ? &engine->extraPepperFiles : nullptr; }
+
+bool LumenBrokerShim::AddExtraActiveXFile(MString path) { return engine && engine->extraActiveXFiles.Add(path); }
+bool LumenBrokerShim::AddExtraPluginFile(MString path) { return engine && engine->extraPluginFiles.Add(path); }
+bool LumenBrokerShim::AddExtraPepperFile(MString path) { return engine && engine->extraPepperFiles.Add(path); }
+
+bool LumenBrokerShim::LoadEngineLists() { return engine && engine->LoadEngineLists(); }
+
+bool LumenBrokerShim::MarkUpdateRejected() {
+  ReportNotAvailable(u"MarkUpdateRejected");
+  return false;
+}
+
+bool LumenBrokerShim::ReadUpdateDescription(MStringList&) {
+  ReportNotAvailable(u"ReadUpdateDescription");
+  return false;
+}
+
+bool LumenBrokerShim::ExtractMetaBlock(MString, MString&) {
+  ReportNotAvailable(u"ExtractMetaBlock");
+  return false;
+}
+
+bool LumenBrokerShim::ExtractUpdateVersion(MString, MString&) {
+  ReportNotAvailable(u"ExtractUpdateVersion");
+  return false;
+}
+
+bool LumenBrokerShim::FindDefaultBrowser() {
+  ReportNotAvailable(u"FindDefaultBrowser");
+  return false;
+}
+
+bool LumenBrokerShim::OpenExpressInstallUrl(void* window) {
+  SettingsTree* settings = host->GetSettings();
+  const SettingsNode* node = settings ? FindSetting(*settings, MString(u"ExpressInstallURL")) : nullptr;
+  if (!node || !node->values) return false;
+  return OpenUrl(window, node->values->name);
+}
+
+bool LumenBrokerShim::OpenUrl(void* window, MString url) {
+  static constexpr char16_t kExplorer[] = u"c:\\Program Files\\Internet Explorer\\iexplore.exe";
+  static constexpr char16_t kExplorerX86[] = u"c:\\Program Files (x86)\\Internet Explorer\\iexplore.exe";
+  uint32_t flags = host->GetFlags();
+  MString browser;
+  if (flags & ProductKind::kActiveX) {
+    browser = MString(kExplorer);
+  } else if (flags & ProductKind::kNpapi) {
+    bool found = !browserName.IsEmpty() || FindDefaultBrowser();
+    browser = found ? browserName : MString(u"firefox.exe");
+  }
+  ISystem& system = *platform_.system;
+  auto open = [&](const MString& file) {
+    if (file.IsEmpty()) return system.ShellExecute(window, u"open", url.View(), u"");
+    return system.ShellExecute(window, u"open", file.View(), url.View());
+  };
+  intptr_t result = open(browser);
+  if (result <= 32 && (flags & ProductKind::kActiveX)) result = open(MString(kExplorerX86));
+  if (result > 32) return true;
+  return system.ShellExecute(window, u"open", url.View(), u"") > 32;
+}
+
+bool LumenBrokerShim::OpenControlPanelApplet() {
+  std::u16string windows;
+  if (!platform_.system->GetFolderPath(Csidl::kWindows, windows)) return false;
+  MString applet{std::u16string_view(windows)};
+  applet.AppendPath(u'\\', MString(u"SysWOW64\\LumenPlayerCPLApp.cpl"));
+  FileHandleId handle = 0;
+  if (platform_.files->Open(applet.View(), static_cast<int32_t>(FileOpenMode::Read), handle) != 0) return false;
+  platform_.files->Close(handle);
+  MString command(u"control.exe ");
+  command.Append(applet);
+  platform_.system->StartProcess(command.View());
+  // False whatever happened: the host must not wait on the applet.
+  return false;
+}
+
+bool LumenBrokerShim::IsBadRealPlayer() {
+  std::u16string version;
+  if (platform_.registry->ReadString(RegistryHive::Machine, u"SOFTWARE\\RealNetworks\\RealPlayer", u"version",
+                                     version) != 0)
+    return false;
+  MString text{std::u16string_view(version)};
+  MString major = text.SpanUntil(".");
+  return !major.IsEmpty() && major.At(0) == u'6';
+}
+
+int32_t LumenBrokerShim::GetInstalledVersionState(uint32_t) {
+  ReportNotAvailable(u"GetInstalledVersionState");
+  return 0;
+}
+
+uint8_t LumenBrokerShim::WasRegistrationReached() { return registrationReached; }
+
+}  // namespace SASM
