@@ -1,0 +1,20 @@
+#pragma once
+#include "engine/ISystem.h"
+
+namespace SASM {
+
+class Win32System : public ISystem {
+ public:
+  bool GetFolderPath(int32_t csidl, std::u16string& path) override;
+  bool GetSystemDirectory(std::u16string& path) override;
+  bool GetSystemWow64Directory(std::u16string& path) override;
+  bool IsWow64Process() override;
+  uint32_t WindowsMajorVersion() override;
+  uint32_t TickCount() override;
+  bool LoadResourceString(void* module, uint32_t id, std::u16string& text) override;
+  intptr_t ShellExecute(void* window, std::u16string_view verb, std::u16string_view file,
+                        std::u16string_view parameters) override;
+  int32_t StartProcess(std::u16string_view commandLine) override;
+};
+
+}  // namespace SASM

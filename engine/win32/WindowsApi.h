@@ -1,0 +1,25 @@
+#pragma once
+// The one way Win32 code includes the Windows headers. The API's A/W name
+// macros would rename the seams' own members (LoadString, CreateDirectory...),
+// so they are undone here; Win32 code calls the W functions by their full names.
+#include <windows.h>
+
+#undef LoadString
+#undef CreateDirectory
+#undef RemoveDirectory
+#undef GetTempPath
+#undef GetSystemDirectory
+#undef GetSystemWow64Directory
+#undef ShellExecute
+#undef GetFullPathName
+#undef GetLongPathName
+#undef DeleteFile
+#undef MoveFileEx
+#undef CopyFile
+#undef FindFirstFile
+#undef FindNextFile
+#undef GetFileAttributes
+#undef SetFileAttributes
+#undef GetFileAttributesEx
+#undef ReportEvent
+#undef DispatchMessage  // ILcdAccessor::DispatchMessage; the message pump calls DispatchMessageW

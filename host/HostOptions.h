@@ -1,0 +1,24 @@
+#pragma once
+// Command line of the reference host.
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace SASM {
+
+struct HostOptions {
+  enum class Mode { Lists, Broker, Help };
+
+  Mode mode = Mode::Lists;
+  std::u16string settingsPath;  // -settings FILE; default beside the executable
+  std::u16string modulePath;    // -module FILE; default LumenUtil.dll beside the executable
+  uint32_t flags = 0;           // -activex -npapi -ppapi -release, or -flags N
+  uint32_t installSource = 0;   // -source N
+  std::string error;            // one line when parsing failed
+
+  // False with error set on an unknown switch or a missing or bad argument.
+  bool Parse(const std::vector<std::u16string>& args);
+  static const char* Usage();
+};
+
+}  // namespace SASM

@@ -1,0 +1,99 @@
+#include "host/ReferenceHost.h"
+
+namespace SASM {
+
+ReferenceHost::ReferenceHost(const HostOptions& options, const MString& settingsText) : options_(options) {
+  ParseSettings(settings_, settingsText);
+}
+
+void ReferenceHost::ReportMessage(int64_t, int32_t severity, int32_t code, MString text) {
+  log_.Add(severity, code, text);
+}
+
+void ReferenceHost::LoadStringFallback(MString& out, uint32_t id, int32_t) {
+  out = MString(u"[string ");
+  out.Append(MString::FromNumber(id)).Append(u"]");
+}
+
+bool ReferenceHost::DecompressImage(void*, uint32_t, const void*, uint32_t) { return false; }
+
+MString ReferenceHost::HostValue(const char16_t* name, int index) const {
+  MString key(u"Host.");
+  key.Append(name);
+  const SettingsNode* node = FindSetting(settings_, key);
+  const SettingsNode* value = node ? node->values : nullptr;
+  for (int i = 0; value && i < index; ++i) value = value->next;
+  return value ? value->name : MString::Empty();
+}
+
+bool ReferenceHost::HostFlag(const char16_t* name, bool fallback) const {
+  MString value = HostValue(name);
+  if (value.IsEmpty()) return fallback;
+  return value.Equals(MString(u"1")) || value.ToLower().Equals(MString(u"true"));
+}
+
+uint32_t ReferenceHost::HostNumber(const char16_t* name, uint32_t fallback) const {
+  MString value = HostValue(name);
+  return value.IsEmpty() ? fallback : value.ParseDigits();
+}
+
+MString& ReferenceHost::GetPayloadPath(MString& out) { return out = HostValue(u"PayloadPath"); }
+bool ReferenceHost::ConflictCheckIsOptional() { return HostFlag(u"ConflictCheckIsOptional", false); }
+bool ReferenceHost::ConflictsBlockInstall() { return HostFlag(u"ConflictsBlockInstall", true); }
+bool ReferenceHost::IsRestartRequired() { return HostFlag(u"RestartRequired", false); }
+
+void ReferenceHost::GetBrowserPaths(MString& controlName, MString& helperName) {
+  controlName = HostValue(u"ActiveXFiles", 0);
+  helperName = HostValue(u"ActiveXFiles", 1);
+}
+
+void ReferenceHost::GetPluginPaths(MString& controlName, MString& helperName) {
+  controlName = HostValue(u"PluginFiles", 0);
+  helperName = HostValue(u"PluginFiles", 1);
+}
+
+void ReferenceHost::GetPepperPaths(MString& controlName, MString& helperName) {
+  controlName = HostValue(u"PepperFiles", 0);
+  helperName = HostValue(u"PepperFiles", 1);
+}
+
+void ReferenceHost::GetControlPanelAppletName(MString& out) { out = HostValue(u"ControlPanelApplet"); }
+void ReferenceHost::GetSettingsManagerFileName(MString& out) { out = HostValue(u"SettingsManager"); }
+void ReferenceHost::GetUtilityPath(MString& out) { out = HostValue(u"UtilityPath"); }
+void ReferenceHost::GetUpdateServiceFileName(MString& out) { out = HostValue(u"UpdateService"); }
+void ReferenceHost::GetFeedbackServiceFileName(MString& out) { out = HostValue(u"FeedbackService"); }
+
+void ReferenceHost::GetDownloadSettings(MString& out, uint8_t& flag) {
+  out = HostValue(u"DownloadSettings");
+  flag = HostFlag(u"DownloadSettingsFlag", false) ? 1 : 0;
+}
+
+uint32_t ReferenceHost::GetOsClass() { return HostNumber(u"OsClass", 2); }
+bool ReferenceHost::SkipsUpdateChoice() { return HostFlag(u"SkipsUpdateChoice", false); }
+bool ReferenceHost::AnalyticsAllowed() { return HostFlag(u"AnalyticsAllowed", false); }
+uint32_t ReferenceHost::GetSessionMode() { return HostNumber(u"SessionMode", 0); }
+
+MString& ReferenceHost::GetPreviousActiveXVersion(MString& out) { return out = HostValue(u"PreviousActiveXVersion"); }
+MString& ReferenceHost::GetPreviousPluginVersion(MString& out) { return out = HostValue(u"PreviousPluginVersion"); }
+MString& ReferenceHost::GetPreviousPepperVersion(MString& out) { return out = HostValue(u"PreviousPepperVersion"); }
+MString& ReferenceHost::GetTaskCommandPath(MString& out) { return out = HostValue(u"TaskCommandPath"); }
+
+bool ReferenceHost::GetUpdateDialogData(MStringList& properties) {
+  properties.Add(MString(u"message"), HostValue(u"UpdateMessage"));
+  properties.Add(MString(u"size"), HostValue(u"UpdateSize"));
+  properties.Add(MString(u"autoUpdateMode"), HostValue(u"AutoUpdateMode"));
+  return true;
+}
+
+std::string ReferenceHost::FormatLog() {
+  std::string lines;
+  for (int32_t i = 0; i < log_.Count(); ++i) {
+    MString text, line;
+    log_.Text(text, i);
+    log_.Format(line, this, log_.Severity(i), log_.Code(i), text, 0);
+    lines += line.ToUtf8() + "\n";
+  }
+  return lines;
+}
+
+}  // namespace SASM

@@ -1,0 +1,70 @@
+#pragma once
+// The reference host's answers to the module: settings text from a file (its
+// "Host" block holds the host's own values), flags from the command line, and
+// every report kept in memory.
+#include <string>
+
+#include "engine/HostCallbacks.h"
+#include "engine/SettingsTree.h"
+#include "host/HostOptions.h"
+#include "host/MemoryMessageLog.h"
+
+namespace SASM {
+
+class ReferenceHost : public HostCallbacks {
+ public:
+  ReferenceHost(const HostOptions& options, const MString& settingsText);
+
+  void ReportMessage(int64_t reserved, int32_t severity, int32_t code, MString text) override;
+  void LoadStringFallback(MString& out, uint32_t id, int32_t flag) override;
+  MessageLog* GetMessageLog() override { return &log_; }
+  uint32_t GetFlags() override { return options_.flags; }
+  bool DecompressImage(void* output, uint32_t outputSize, const void* input, uint32_t inputSize) override;
+  MString& GetPayloadPath(MString& out) override;
+  bool ConflictCheckIsOptional() override;
+  bool ConflictsBlockInstall() override;
+  void NotifyConflictsCleared(void*) override {}
+  bool IsRestartRequired() override;
+  void GetBrowserPaths(MString& controlName, MString& helperName) override;
+  void GetPluginPaths(MString& controlName, MString& helperName) override;
+  void GetPepperPaths(MString& controlName, MString& helperName) override;
+  void GetControlPanelAppletName(MString& out) override;
+  void GetSettingsManagerFileName(MString& out) override;
+  void GetUtilityPath(MString& out) override;
+  void GetUpdateServiceFileName(MString& out) override;
+  void GetFeedbackServiceFileName(MString& out) override;
+  SettingsTree* GetSettings() override { return &settings_; }
+  uint32_t GetInstallSource() override { return options_.installSource; }
+  void GetDownloadSettings(MString& out, uint8_t& flag) override;
+  uint32_t GetOsClass() override;
+  bool SkipsUpdateChoice() override;
+  bool AnalyticsAllowed() override;
+  uint32_t GetSessionMode() override;
+  void BeginRemoval() override {}
+  void FileRemovalFinished(int32_t) override {}
+  MString& GetPreviousActiveXVersion(MString& out) override;
+  MString& GetPreviousPluginVersion(MString& out) override;
+  MString& GetPreviousPepperVersion(MString& out) override;
+  MString& GetTaskCommandPath(MString& out) override;
+  bool GetUpdateDialogData(MStringList& properties) override;
+  void SetAutoUpdateChoice(int32_t mode) override { autoUpdateChoice_ = mode; }
+  void StoreUpdateChoice(int32_t value) override { storedUpdateChoice_ = value; }
+
+  MemoryMessageLog& Log() { return log_; }
+  // The log as lines of text, one per entry, through the log's own format.
+  std::string FormatLog();
+
+ private:
+  // First value of Host.<name>, or empty.
+  MString HostValue(const char16_t* name, int index = 0) const;
+  bool HostFlag(const char16_t* name, bool fallback) const;
+  uint32_t HostNumber(const char16_t* name, uint32_t fallback) const;
+
+  HostOptions options_;
+  SettingsTree settings_;
+  MemoryMessageLog log_;
+  int32_t autoUpdateChoice_ = 0;
+  int32_t storedUpdateChoice_ = 0;
+};
+
+}  // namespace SASM

@@ -1,0 +1,149 @@
+// The reference host: loads LumenUtil.dll by full path, answers its callbacks
+// from a settings file and switches, and drives it.
+#include "engine/win32/WindowsApi.h"
+
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "engine/HostCallbacks.h"
+#include "engine/LumenBrokerShim.h"
+#include "engine/win32/WideText.h"
+#include "host/HostOptions.h"
+#include "host/ReferenceHost.h"
+
+using namespace SASM;
+
+namespace {
+
+using StartFn = LumenBrokerShim* (*)(HostCallbacks*);
+
+enum ExitCode { kOk = 0, kBadSwitch = 2, kBadSettings = 3, kBadModule = 4, kNoShim = 5, kListsIncomplete = 6 };
+
+void Print(const std::string& text) { std::fputs(text.c_str(), stdout); }
+
+int Fail(int code, const std::string& line) {
+  std::fprintf(stderr, "LumenUtilHost: %s\n", line.c_str());
+  return code;
+}
+
+std::string Utf8(const std::wstring& text) {
+  int n = WideCharToMultiByte(CP_UTF8, 0, text.c_str(), static_cast<int>(text.size()), nullptr, 0, nullptr, nullptr);
+  std::string out(static_cast<size_t>(n), '\0');
+  WideCharToMultiByte(CP_UTF8, 0, text.c_str(), static_cast<int>(text.size()), out.data(), n, nullptr, nullptr);
+  return out;
+}
+
+std::wstring ExecutableDirectory() {
+  wchar_t buffer[MAX_PATH];
+  DWORD n = GetModuleFileNameW(nullptr, buffer, MAX_PATH);
+  std::wstring path(buffer, n);
+  size_t slash = path.find_last_of(L"\\/");
+  return slash == std::wstring::npos ? std::wstring(L".") : path.substr(0, slash);
+}
+
+std::wstring FullPath(const std::wstring& path) {
+  wchar_t buffer[MAX_PATH];
+  DWORD n = GetFullPathNameW(path.c_str(), MAX_PATH, buffer, nullptr);
+  return n == 0 || n >= MAX_PATH ? path : std::wstring(buffer, n);
+}
+
+// Reads a UTF-8 file (a byte-order mark is skipped) as UTF-16 text.
+bool ReadTextFile(const std::wstring& path, std::wstring& text, DWORD& error) {
+  HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+  if (file == INVALID_HANDLE_VALUE) {
+    error = GetLastError();
+    return false;
+  }
+  std::string bytes;
+  char chunk[4096];
+  DWORD got = 0;
+  while (ReadFile(file, chunk, sizeof(chunk), &got, nullptr) && got > 0) bytes.append(chunk, got);
+  CloseHandle(file);
+  size_t skip = bytes.compare(0, 3, "\xEF\xBB\xBF") == 0 ? 3 : 0;
+  int n = MultiByteToWideChar(CP_UTF8, 0, bytes.data() + skip, static_cast<int>(bytes.size() - skip), nullptr, 0);
+  text.assign(static_cast<size_t>(n), L'\0');
+  MultiByteToWideChar(CP_UTF8, 0, bytes.data() + skip, static_cast<int>(bytes.size() - skip), text.data(), n);
+  return true;
+}
+
+void PrintList(const char* name, MStringList* list) {
+  if (!list) {
+    Print(std::string(name) + ": (none)\n");
+    return;
+  }
+  Print(std::string(name) + " (" + std::to_string(list->Count()) + "):\n");
+  std::unique_ptr<MStringList::Iterator> it(list->Iterate());
+  for (; !it->AtEnd(); it->Next()) Print("  " + it->Key().ToUtf8() + "\n");
+}
+
+int ShowLists(LumenBrokerShim& shim, ReferenceHost& host) {
+  bool loaded = shim.LoadEngineLists();
+  Print(std::string("LoadEngineLists: ") + (loaded ? "true" : "false") + "\n");
+  PrintList("GetAXFilenames", shim.GetAXFilenames());
+  PrintList("GetPluginFilenames", shim.GetPluginFilenames());
+  PrintList("GetPluginDirectories", shim.GetPluginDirectories());
+  PrintList("GetAXFilenamePatterns", shim.GetAXFilenamePatterns());
+  PrintList("GetPluginFilenamePatterns", shim.GetPluginFilenamePatterns());
+  PrintList("GetPepperFilenamePatterns", shim.GetPepperFilenamePatterns());
+  PrintList("GetProductManagerPatterns", shim.GetProductManagerPatterns());
+  PrintList("GetProductManagerEntries", shim.GetProductManagerEntries());
+  Print("Message log (" + std::to_string(host.Log().Count()) + "):\n" + host.FormatLog());
+  return loaded ? kOk : kListsIncomplete;
+}
+
+}  // namespace
+
+int wmain(int argc, wchar_t** argv) {
+  std::vector<std::u16string> args;
+  for (int i = 1; i < argc; ++i) args.push_back(FromWide(argv[i]));
+  HostOptions options;
+  if (!options.Parse(args)) return Fail(kBadSwitch, options.error);
+  if (options.mode == HostOptions::Mode::Help) {
+    Print(HostOptions::Usage());
+    return kOk;
+  }
+
+  std::wstring directory = ExecutableDirectory();
+  std::wstring settingsPath = options.settingsPath.empty() ? directory + L"\\LumenUtilHost.settings"
+                                                           : ToWide(options.settingsPath);
+  std::wstring modulePath = FullPath(options.modulePath.empty() ? directory + L"\\LumenUtil.dll"
+                                                                : ToWide(options.modulePath));
+
+  std::wstring settingsText;
+  DWORD error = 0;
+  if (!ReadTextFile(settingsPath, settingsText, error))
+    return Fail(kBadSettings, "cannot read settings file " + Utf8(settingsPath) + " (error " + std::to_string(error) + ")");
+
+  HMODULE module = LoadLibraryW(modulePath.c_str());
+  if (!module)
+    return Fail(kBadModule, "cannot load " + Utf8(modulePath) + " (error " + std::to_string(GetLastError()) + ")");
+  auto start = reinterpret_cast<StartFn>(reinterpret_cast<void*>(GetProcAddress(module, "Start")));
+  if (!start) {
+    FreeLibrary(module);
+    return Fail(kBadModule, Utf8(modulePath) + " has no Start export");
+  }
+
+  int result;
+  {
+    ReferenceHost host(options, MString{FromWide(settingsText.c_str(), settingsText.size())});
+    host.resourceModule = module;
+    LumenBrokerShim* shim = start(&host);
+    if (!shim) {
+      FreeLibrary(module);
+      return Fail(kNoShim, "Start returned no shim");
+    }
+    host.shim = shim;
+    if (options.mode == HostOptions::Mode::Broker) {
+      result = shim->RunBroker();
+      if (host.Log().Count() > 0) std::fputs(host.FormatLog().c_str(), stderr);
+    } else {
+      result = ShowLists(*shim, host);
+    }
+    host.shim = nullptr;
+    delete shim;
+  }
+  FreeLibrary(module);
+  return result;
+}

@@ -1,0 +1,117 @@
+// The real module, loaded as a host loads it.
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "engine/InstallEngine.h"
+#include "engine/LumenBrokerShim.h"
+#include "engine/VendorIdentity.h"
+#include "engine/win32/WideText.h"
+#include "host/ReferenceHost.h"
+#include "tests/wine/WineTestSupport.h"
+
+using namespace SASM;
+
+namespace {
+
+using StartFn = LumenBrokerShim* (*)(HostCallbacks*);
+
+class ModuleEntryTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    module_ = LoadLibraryW(WineTest::ModulePath().c_str());
+    ASSERT_NE(module_, nullptr) << "LoadLibrary error " << GetLastError();
+    start_ = reinterpret_cast<StartFn>(reinterpret_cast<void*>(GetProcAddress(module_, "Start")));
+    ASSERT_NE(start_, nullptr);
+  }
+  void TearDown() override {
+    if (module_) FreeLibrary(module_);
+  }
+
+  std::set<std::string> Entries(MStringList* list) {
+    std::set<std::string> names;
+    for (auto* node = list->head; node; node = node->next) names.insert(node->key.ToUtf8());
+    return names;
+  }
+
+  HMODULE module_ = nullptr;
+  StartFn start_ = nullptr;
+};
+
+TEST_F(ModuleEntryTest, StartReturnsAShimThatOwnsAnEngine) {
+  ReferenceHost host(HostOptions{}, MString(u""));
+  LumenBrokerShim* shim = start_(&host);
+  ASSERT_NE(shim, nullptr);
+  host.shim = shim;
+  EXPECT_NE(shim->GetEngine(), nullptr);
+  EXPECT_EQ(shim->WasRegistrationReached(), 0);
+  delete shim;
+}
+
+TEST_F(ModuleEntryTest, LoadEngineListsReadsSettingsAndRealDirectories) {
+  std::wstring base = WineTest::SystemDirectory() + L"\\Halcyons\\Lumen";
+  std::wstring product = WineTest::RoamingFolder() + L"\\Halcyonics\\Lumen Player\\" +
+                         ToWide(Vendor::kSettingsDirectory) + L"\\bin";
+  WineTest::TempTree tree;
+  tree.File(base + L"\\LumenUtil_ActiveX.exe");
+  tree.File(base + L"\\LumenCtrl_28_0_0_126.ocx");
+  tree.Directory(product + L"\\lumen_28_0");
+
+  MString settings(
+      u"AddRemoveProgramsGUIDsAX \"{A}\"; AddRemoveProgramsGUIDsPlugin \"{B}\"; AddRemoveProgramsGUIDsPepper \"{C}\";"
+      u"FilenamesAX LumenCtrl.ocx \"Lumen Readme.txt\"; FilenamesPlugin NPLumen.dll;"
+      u"AddRemoveProgramsGUIDsPepperSelf \"{S}\";"
+      u"AXFilenamePatterns LumenCtrl:.ocx; PluginFilenamePatterns NPLumen:.dll; PepperFilenamePatterns pep:.dll;"
+      u"ProductManagerDirectoryPatterns lumen_;");
+  ReferenceHost host(HostOptions{}, settings);
+  LumenBrokerShim* shim = start_(&host);
+  ASSERT_NE(shim, nullptr);
+  host.shim = shim;
+
+  EXPECT_TRUE(shim->LoadEngineLists()) << host.FormatLog();
+  EXPECT_EQ(Entries(shim->GetAXFilenames()), (std::set<std::string>{"LumenCtrl.ocx", "Lumen Readme.txt"}));
+  // The PPAPI "Self" ids land in the plug-in list.
+  EXPECT_EQ(Entries(&shim->GetEngine()->guidsPlugin), (std::set<std::string>{"{B}", "{S}"}));
+  // The first entry of a listing is skipped; ".." and the real files remain.
+  std::set<std::string> system = Entries(&shim->GetEngine()->systemEntries);
+  EXPECT_TRUE(system.count("LumenUtil_ActiveX.exe"));
+  EXPECT_TRUE(system.count("LumenCtrl_28_0_0_126.ocx"));
+  EXPECT_TRUE(system.count(".."));
+  EXPECT_TRUE(Entries(shim->GetProductManagerEntries()).count("lumen_28_0"));
+  EXPECT_EQ(host.Log().Count(), 0) << host.FormatLog();
+  delete shim;
+}
+
+TEST_F(ModuleEntryTest, MissingProductDirectoryIsReportedAndFailsTheLoad) {
+  MString settings(
+      u"AddRemoveProgramsGUIDsAX a; AddRemoveProgramsGUIDsPlugin b; AddRemoveProgramsGUIDsPepper c;"
+      u"FilenamesAX x; FilenamesPlugin y; AXFilenamePatterns p; PluginFilenamePatterns q;"
+      u"PepperFilenamePatterns r; ProductManagerDirectoryPatterns s;");
+  WineTest::TempTree tree;
+  tree.Directory(WineTest::SystemDirectory() + L"\\Halcyons\\Lumen");
+  ReferenceHost host(HostOptions{}, settings);
+  LumenBrokerShim* shim = start_(&host);
+  ASSERT_NE(shim, nullptr);
+  host.shim = shim;
+  EXPECT_FALSE(shim->LoadEngineLists());
+  ASSERT_EQ(host.Log().Count(), 1);
+  EXPECT_EQ(host.Log().Code(0), 1113);
+  MString text;
+  EXPECT_EQ(host.Log().Text(text, 0).ToUtf8().substr(text.Length() - 2), " 3");
+  delete shim;
+}
+
+TEST_F(ModuleEntryTest, LoadStringReadsTheModuleTableOrSaysWhatIsMissing) {
+  ReferenceHost host(HostOptions{}, MString(u""));
+  host.resourceModule = module_;
+  LumenBrokerShim* shim = start_(&host);
+  ASSERT_NE(shim, nullptr);
+  host.shim = shim;
+  MString text;
+  EXPECT_EQ(shim->LoadString(text, 51, 0).ToUtf8(), "No error information is available.");
+  EXPECT_EQ(shim->LoadString(text, 64000, 0).ToUtf8(), "MISSING LOCALIZATION");
+  EXPECT_EQ(shim->LoadString(text, 64000, 1).ToUtf8(), "[string 64000]");
+  delete shim;
+}
+
+}  // namespace

@@ -1,0 +1,53 @@
+#include "tests/wine/WineTestSupport.h"
+
+#include <shlobj.h>
+
+namespace SASM::WineTest {
+
+std::wstring BinaryDirectory() {
+  wchar_t buffer[MAX_PATH];
+  DWORD n = GetModuleFileNameW(nullptr, buffer, MAX_PATH);
+  std::wstring path(buffer, n);
+  return path.substr(0, path.find_last_of(L'\\'));
+}
+
+std::wstring ModulePath() { return BinaryDirectory() + L"\\LumenUtil.dll"; }
+
+std::wstring SystemDirectory() {
+  wchar_t buffer[MAX_PATH];
+  UINT n = GetSystemDirectoryW(buffer, MAX_PATH);
+  return std::wstring(buffer, n);
+}
+
+std::wstring RoamingFolder() {
+  wchar_t buffer[MAX_PATH];
+  if (FAILED(SHGetFolderPathW(nullptr, CSIDL_APPDATA, nullptr, SHGFP_TYPE_CURRENT, buffer))) return L"";
+  return buffer;
+}
+
+TempTree::~TempTree() {
+  for (auto it = files_.rbegin(); it != files_.rend(); ++it) DeleteFileW(it->c_str());
+  for (auto it = directories_.rbegin(); it != directories_.rend(); ++it) RemoveDirectoryW(it->c_str());
+}
+
+void TempTree::Directory(const std::wstring& path) {
+  for (size_t at = path.find(L'\\', 3); ; at = path.find(L'\\', at + 1)) {
+    std::wstring prefix = at == std::wstring::npos ? path : path.substr(0, at);
+    if (!prefix.empty() && GetFileAttributesW(prefix.c_str()) == INVALID_FILE_ATTRIBUTES &&
+        CreateDirectoryW(prefix.c_str(), nullptr))
+      directories_.push_back(prefix);
+    if (at == std::wstring::npos) break;
+  }
+}
+
+void TempTree::File(const std::wstring& path, const std::string& content) {
+  Directory(path.substr(0, path.find_last_of(L'\\')));
+  HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return;
+  DWORD written = 0;
+  WriteFile(file, content.data(), static_cast<DWORD>(content.size()), &written, nullptr);
+  CloseHandle(file);
+  files_.push_back(path);
+}
+
+}  // namespace SASM::WineTest
