@@ -22,4 +22,6 @@
 #undef SetFileAttributes
 #undef GetFileAttributesEx
 #undef ReportEvent
+#undef CreateFile
+#undef CharUpperBuff
 #undef DispatchMessage  // ILcdAccessor::DispatchMessage; the message pump calls DispatchMessageW
