@@ -101,7 +101,6 @@ MString MString::FromUtf8(const char* text, int32_t byteLength) {
   size_t i = 0;
   while (i < limit) {
     auto lead = static_cast<unsigned char>(text[i]);
-    if (byteLength >= 0 && lead == 0) break;
     size_t width;
     char16_t unit;
     if (lead < 128) {
@@ -118,10 +117,15 @@ MString MString::FromUtf8(const char* text, int32_t byteLength) {
       unit = 65535;
     }
     units.push_back(unit);
-    // A sequence cut short by the bound ends the scan rather than stepping past it.
+    // Trailing bytes are never read, so a sequence cut short by the bound
+    // still yields its unit and simply ends the scan.
     i += width;
   }
-  return MString(std::u16string_view(units));
+  // Every sequence counts, even one that decodes to 0 (a 0 byte inside a stated
+  // length, or the leads 0x80 and 0xC0): the block keeps them all.
+  MStringBlock* block = Allocate(static_cast<int32_t>(units.size()));
+  std::memcpy(block->Chars(), units.data(), units.size() * 2);
+  return MString(block, 0);
 }
 
 MString MString::FromAscii(std::string_view text) {

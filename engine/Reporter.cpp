@@ -34,6 +34,11 @@ MString KeyErrorText(const MString& key, uint32_t error) {
   return text.Append(key).Append(Slash()).Append(Blank()).Append(Hex(error));
 }
 
+MString BlankErrorText(uint32_t error) {
+  MString text = MString::Empty();
+  return text.Append(Blank()).Append(Hex(error));
+}
+
 void Report(HostCallbacks& host, int32_t severity, int32_t code) {
   host.ReportMessage(0, severity, code, MString::Empty());
 }
@@ -55,6 +60,10 @@ void ReportPathErrorDecimal(HostCallbacks& host, int32_t severity, int32_t code,
   MString text = MString::Empty();
   text.Append(path).Append(Blank()).Append(MString::FromNumber(error));
   host.ReportMessage(0, severity, code, text);
+}
+
+void ReportBlankError(HostCallbacks& host, int32_t severity, int32_t code, uint32_t error) {
+  host.ReportMessage(0, severity, code, BlankErrorText(error));
 }
 
 void ReportErrorDecimal(HostCallbacks& host, int32_t severity, int32_t code, int32_t error) {

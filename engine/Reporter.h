@@ -20,6 +20,8 @@ void ReportPathError(HostCallbacks& host, int32_t severity, int32_t code, const 
 // The path, a blank, the error in decimal.
 void ReportPathErrorDecimal(HostCallbacks& host, int32_t severity, int32_t code, const MString& path,
                             int32_t error);
+// A blank, then the error in hexadecimal: the feedback-service file delete.
+void ReportBlankError(HostCallbacks& host, int32_t severity, int32_t code, uint32_t error);
 // The error alone, in decimal.
 void ReportErrorDecimal(HostCallbacks& host, int32_t severity, int32_t code, int32_t error);
 // The key, "/", the value name, a blank, the error.
@@ -37,6 +39,7 @@ void ReportText(HostCallbacks& host, int32_t severity, int32_t code, const MStri
 MString PathErrorText(const MString& path, uint32_t error);
 MString KeyValueErrorText(const MString& key, const MString& valueName, uint32_t error, bool numberForm);
 MString KeyErrorText(const MString& key, uint32_t error);
+MString BlankErrorText(uint32_t error);
 
 }  // namespace Reporter
 }  // namespace SASM

@@ -1,0 +1,143 @@
+#include "engine/SettingsTree.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+using SASM::FindSetting;
+using SASM::FindSettingByPrefix;
+using SASM::LoadStringList;
+using SASM::MString;
+using SASM::MStringList;
+using SASM::ParseSettings;
+using SASM::SettingsNode;
+using SASM::SettingsTree;
+
+namespace {
+
+using Names = std::vector<std::u16string>;
+
+Names Chain(const SettingsNode* node) {
+  Names names;
+  for (; node; node = node->next) names.push_back(node->name.ToU16());
+  return names;
+}
+
+const SettingsNode* Find(const SettingsTree& tree, const char16_t* key) { return FindSetting(tree, MString(key)); }
+
+// Values of a key, or {"<missing>"} when the key isn't found.
+Names Values(const SettingsTree& tree, const char16_t* key) {
+  const SettingsNode* node = Find(tree, key);
+  return node ? Chain(node->values) : Names{u"<missing>"};
+}
+
+struct SettingsTreeText : ::testing::Test {
+  void Parse(const std::u16string& text) { ParseSettings(tree, MString(std::u16string_view(text))); }
+  SettingsTree tree;
+};
+
+}  // namespace
+
+TEST_F(SettingsTreeText, KeysValuesAndNestedBlocks) {
+  Parse(u"FilenamesAX a.ocx \"b c.exe\"; Group { Inner 1; }");
+  EXPECT_EQ(Values(tree, u"FilenamesAX"), (Names{u"a.ocx", u"b c.exe"}));
+  EXPECT_EQ(Values(tree, u"Group.Inner"), (Names{u"1"}));
+  EXPECT_EQ(Find(tree, u"Group")->name.View(), u"Group");
+}
+
+TEST_F(SettingsTreeText, EntriesOfALevelAreInReverseOrderAndValuesInOrder) {
+  Parse(u"A 1; B 2; C x y z;");
+  EXPECT_EQ(Chain(tree.first->children), (Names{u"C", u"B", u"A"}));
+  EXPECT_TRUE(tree.first->name.IsEmpty());
+  EXPECT_EQ(Values(tree, u"C"), (Names{u"x", u"y", u"z"}));
+}
+
+TEST_F(SettingsTreeText, KeyRunsOverLinesUntilSemicolonOrEndOfText) {
+  Parse(u";; K a\r\n b\n\t c ; L v1\r\n v2");
+  EXPECT_EQ(Values(tree, u"K"), (Names{u"a", u"b", u"c"}));
+  EXPECT_EQ(Values(tree, u"L"), (Names{u"v1", u"v2"}));
+}
+
+TEST_F(SettingsTreeText, QuotesHoldDelimitersAndEmptyQuotesAddNothing) {
+  Parse(u"\"\" K \"\" \"x;{y} z\" ab\"cd\"ef;");
+  EXPECT_EQ(Values(tree, u"K"), (Names{u"x;{y} z", u"ab", u"cd", u"ef"}));
+  EXPECT_EQ(Chain(tree.first->children), (Names{u"K"}));
+}
+
+TEST_F(SettingsTreeText, BraceWithoutKeyIsSkippedAndClosingBraceEndsTheLevel) {
+  Parse(u"{ A 1; } B 2;");
+  EXPECT_EQ(Values(tree, u"A"), (Names{u"1"}));
+  EXPECT_EQ(Values(tree, u"B"), (Names{u"<missing>"}));
+  // A key closed by ";" no longer takes a block.
+  Parse(u"A 1; { B 2; } C 3;");
+  EXPECT_EQ(Values(tree, u"B"), (Names{u"2"}));
+  EXPECT_EQ(Values(tree, u"C"), (Names{u"<missing>"}));
+  SettingsTree third;
+  ParseSettings(third, MString(u"A 1; } B 2;"));
+  EXPECT_EQ(Chain(third.first->children), (Names{u"A"}));
+}
+
+TEST_F(SettingsTreeText, CharacterBelowNineEndsEveryLevel) {
+  Parse(u"G { X 1; \x01 Y 2; } H 3;");
+  EXPECT_EQ(Values(tree, u"G.X"), (Names{u"1"}));
+  EXPECT_EQ(Values(tree, u"G.Y"), (Names{u"<missing>"}));
+  EXPECT_EQ(Values(tree, u"H"), (Names{u"<missing>"}));
+}
+
+TEST_F(SettingsTreeText, SecondBlockForTheSameKeyIsChainedAndKeyStaysOpen) {
+  Parse(u"G { X 1; W 0; } { Y 2; } tail;");
+  EXPECT_EQ(Chain(Find(tree, u"G")->children), (Names{u"W", u"X", u"Y"}));
+  EXPECT_EQ(Values(tree, u"G.Y"), (Names{u"2"}));
+  // Only ";" closes a key, so what follows a block is its values.
+  EXPECT_EQ(Values(tree, u"G"), (Names{u"tail"}));
+}
+
+TEST_F(SettingsTreeText, DeepNestingIsParsedUpToTheCapWithoutCrashing) {
+  std::u16string text;
+  for (int i = 0; i < 5000; ++i) text += u"K { ";
+  text += u"V 1;";
+  Parse(text);
+  std::u16string key = u"K";
+  for (int i = 1; i < 200; ++i) key += u".K";
+  EXPECT_NE(Find(tree, key.c_str()), nullptr);
+}
+
+TEST_F(SettingsTreeText, FindTriesEverySiblingWithTheNameBeforeGivingUp) {
+  Parse(u"G { X 1; }; G { Y 2; };");
+  EXPECT_EQ(Chain(tree.first->children), (Names{u"G", u"G"}));
+  EXPECT_EQ(Values(tree, u"G.X"), (Names{u"1"}));
+  EXPECT_EQ(Values(tree, u"G.Y"), (Names{u"2"}));
+  EXPECT_EQ(Find(tree, u"G.Z"), nullptr);
+  EXPECT_EQ(Find(tree, u"G.X.Y"), nullptr);
+  EXPECT_EQ(Find(tree, u"G."), nullptr);
+  EXPECT_EQ(Find(tree, u"g"), nullptr);
+}
+
+TEST_F(SettingsTreeText, LaterDocumentIsSearchedFirst) {
+  Parse(u"K old; OnlyFirst 1;");
+  Parse(u"K new;");
+  EXPECT_EQ(Values(tree, u"K"), (Names{u"new"}));
+  EXPECT_EQ(Values(tree, u"OnlyFirst"), (Names{u"1"}));
+}
+
+TEST_F(SettingsTreeText, PrefixLookupMatchesWhenTheKeyPartStartsWithTheName) {
+  Parse(u"Conf { Lumen 1; }");
+  const SettingsNode* node = FindSettingByPrefix(tree, MString(u"Conflicts.LumenPlayer"));
+  ASSERT_NE(node, nullptr);
+  EXPECT_EQ(node->name.View(), u"Lumen");
+  EXPECT_EQ(Find(tree, u"Conflicts.LumenPlayer"), nullptr);
+  EXPECT_EQ(FindSettingByPrefix(tree, MString(u"Con.Lumen")), nullptr);
+}
+
+TEST_F(SettingsTreeText, LoadStringListAppendsValuesAndFailsOnlyForMissingKey) {
+  Parse(u"Names a b; Empty;");
+  MStringList list;
+  list.Add(MString(u"before"));
+  EXPECT_TRUE(LoadStringList(list, tree, MString(u"Names")));
+  EXPECT_TRUE(LoadStringList(list, tree, MString(u"Empty")));
+  EXPECT_FALSE(LoadStringList(list, tree, MString(u"Missing")));
+  ASSERT_EQ(list.Count(), 3);
+  EXPECT_EQ(list.head->next->key.View(), u"a");
+  EXPECT_EQ(list.tail->value.View(), u"b");
+}
