@@ -1,0 +1,391 @@
+// The broker's type library as COM reads it from the module and the host, and
+// the generated C++ declarations that the server implements.
+#include "engine/win32/WindowsApi.h"
+
+#include <gtest/gtest.h>
+#include <oleauto.h>
+#include <wrl/client.h>
+
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "LumenBroker_h.h"
+#include "tests/wine/WineTestSupport.h"
+
+using namespace SASM;
+using Microsoft::WRL::ComPtr;
+
+// The vtable as clients were built against it: each generation extends the last.
+static_assert(std::is_base_of_v<IDispatch, ILumenBroker>);
+static_assert(std::is_base_of_v<ILumenBroker, ILumenBroker2>);
+static_assert(std::is_base_of_v<ILumenBroker2, ILumenBroker3>);
+static_assert(std::is_base_of_v<ILumenBroker3, ILumenBroker4>);
+static_assert(std::is_base_of_v<ILumenBroker4, ILumenBroker5>);
+static_assert(std::is_base_of_v<ILumenBroker5, ILumenBroker6>);
+static_assert(std::is_same_v<decltype(&ILumenBroker::BrokerReadFile),
+                             HRESULT (STDMETHODCALLTYPE ILumenBroker::*)(ULONG, ULONG, ULONG*, SAFEARRAY**)>);
+static_assert(std::is_same_v<decltype(&ILumenBroker5::BrokerIsDriveAvailable),
+                             HRESULT (STDMETHODCALLTYPE ILumenBroker5::*)(LPWSTR)>);
+static_assert(std::is_same_v<decltype(&ILumenBroker6::BrokerCreateIconPathV2),
+                             HRESULT (STDMETHODCALLTYPE ILumenBroker6::*)(BSTR, BSTR*, LONG)>);
+static_assert(std::is_same_v<decltype(&ILumenBroker6::BrokerMMNotificationClientCreate),
+                             HRESULT (STDMETHODCALLTYPE ILumenBroker6::*)(LONG_PTR, LONG_PTR*)>);
+
+namespace {
+
+constexpr const wchar_t* kLibraryId = L"{FAB3E735-69C7-453B-A446-B6823C6DF1C9}";
+
+struct Generation {
+  const wchar_t* interfaceName;
+  const wchar_t* interfaceId;
+  const wchar_t* className;
+  const wchar_t* classId;
+  MEMBERID firstId;
+  const wchar_t* firstMethod;
+  const wchar_t* lastMethod;
+  UINT methods;
+};
+
+constexpr Generation kGenerations[] = {
+    {L"ILumenBroker", L"{2E4BB6BE-A75F-4DC0-9500-68203655A2C4}", L"LumenBrokerImp",
+     L"{D4304BCF-B8E9-4B35-BEA0-DC5B522670C2}", 0x60020000, L"BrokerCreateFile", L"BrokerLMIsRunning", 34},
+    {L"ILumenBroker2", L"{DDF4CE26-4BDA-42BC-B0F0-0E75243AD285}", L"LumenBrokerImp2",
+     L"{0BE09CC1-42E0-11DD-AE16-0800200C9A66}", 0x60030000, L"BrokerDelayScreensaver",
+     L"BrokerPrefDeleteLumenPlayerVersion", 3},
+    {L"ILumenBroker3", L"{1D4C8A81-B7AC-460A-8C23-98713C41D6B3}", L"LumenBrokerImp3",
+     L"{19114156-8E9A-4D4E-9EE9-17A0E48D3BBB}", 0x60040000, L"BrokerSaveDialog", L"BrokerIMLangFontLinkReleaseFont",
+     49},
+    {L"ILumenBroker4", L"{E3F2C3CB-5EB8-4A04-B22C-7E3B4B6AF30F}", L"LumenBrokerImp4",
+     L"{A483C63A-CDBC-426E-BF93-872502E8144E}", 0x60050000, L"BrokerLcdMessageTimeout", L"BrokerGetDirectInputCount",
+     5},
+    {L"ILumenBroker5", L"{6AE38AE0-750C-11E1-B0C4-0800200C9A66}", L"LumenBrokerImp5",
+     L"{73C9DFA0-750D-11E1-B0C4-0800200C9A66}", 0x60060000, L"BrokerIsDriveAvailable", L"BrokerIsDriveAvailable", 1},
+    {L"ILumenBroker6", L"{299817DA-1FAC-4CE2-8F48-A108237013BD}", L"LumenBrokerImp6",
+     L"{B019E3BF-E7E5-453C-A2E4-D2C18CA0866F}", 0x60070000, L"BrokerSaveDialog2",
+     L"BrokerMMNotificationClientDestroy", 10},
+};
+
+GUID Guid(const wchar_t* text) {
+  GUID guid{};
+  EXPECT_EQ(CLSIDFromString(text, &guid), S_OK) << "bad guid text";
+  return guid;
+}
+
+struct Method {
+  std::wstring name;
+  MEMBERID id = 0;
+  int slot = 0;
+  // One line: "name TYPE dir; ..." with dir "in", "out", "in out", "in opt".
+  std::wstring arguments;
+};
+
+std::wstring TypeName(const TYPEDESC* desc) {
+  switch (desc->vt) {
+    case VT_BSTR: return L"BSTR";
+    case VT_I4: return L"I4";
+    case VT_UI4: return L"UI4";
+    case VT_I8: return L"I8";
+    case VT_VARIANT: return L"VARIANT";
+    case VT_LPWSTR: return L"LPWSTR";
+    case VT_SAFEARRAY: return L"SAFEARRAY(" + TypeName(desc->lptdesc) + L")";
+    case VT_UI1: return L"UI1";
+    case VT_PTR: return TypeName(desc->lptdesc) + L"*";
+    default: return L"vt" + std::to_wstring(desc->vt);
+  }
+}
+
+std::wstring DescribeArgument(const std::wstring& name, const ELEMDESC& element) {
+  USHORT flags = element.paramdesc.wParamFlags;
+  const TYPEDESC* type = &element.tdesc;
+  // An out argument is a pointer to the type that the table names.
+  if ((flags & PARAMFLAG_FOUT) && type->vt == VT_PTR) type = type->lptdesc;
+  std::wstring text = name + L" " + TypeName(type);
+  if (flags & PARAMFLAG_FIN) text += L" in";
+  if (flags & PARAMFLAG_FOUT) text += L" out";
+  if (flags & PARAMFLAG_FRETVAL) text += L" retval";
+  if (flags & PARAMFLAG_FOPT) text += L" opt";
+  if (flags & PARAMFLAG_FHASDEFAULT) {
+    VARIANT value;
+    VariantInit(&value);
+    if (SUCCEEDED(VariantChangeType(&value, &element.paramdesc.pparamdescex->varDefaultValue, 0, VT_BSTR))) {
+      text += L" = " + std::wstring(value.bstrVal);
+      VariantClear(&value);
+    }
+  }
+  return text;
+}
+
+// The methods an interface adds to its parent, in vtable order.
+std::vector<Method> OwnMethods(ITypeInfo* info) {
+  std::vector<Method> methods;
+  TYPEATTR* attr = nullptr;
+  if (!info || FAILED(info->GetTypeAttr(&attr))) return methods;
+  WORD count = attr->cFuncs;
+  info->ReleaseTypeAttr(attr);
+  for (WORD i = 0; i < count; ++i) {
+    FUNCDESC* func = nullptr;
+    if (FAILED(info->GetFuncDesc(i, &func))) break;
+    BSTR names[32] = {};
+    UINT named = 0;
+    info->GetNames(func->memid, names, 32, &named);
+    Method method{names[0] ? names[0] : L"", func->memid, func->oVft / static_cast<int>(sizeof(void*)), L""};
+    for (SHORT p = 0; p < func->cParams; ++p) {
+      if (p) method.arguments += L"; ";
+      std::wstring name = p + 1u < named ? names[p + 1] : L"?";
+      method.arguments += DescribeArgument(name, func->lprgelemdescParam[p]);
+    }
+    if (func->cParams == 0) method.arguments = L"none";
+    for (UINT n = 0; n < named; ++n) SysFreeString(names[n]);
+    info->ReleaseFuncDesc(func);
+    methods.push_back(method);
+  }
+  return methods;
+}
+
+std::wstring Name(ITypeInfo* info) {
+  BSTR name = nullptr;
+  if (FAILED(info->GetDocumentation(MEMBERID_NIL, &name, nullptr, nullptr, nullptr))) return L"";
+  std::wstring text(name);
+  SysFreeString(name);
+  return text;
+}
+
+// Vtable slot of a virtual member function under the Itanium C++ ABI that
+// MinGW's g++ uses: the pointer holds 1 + the slot's byte offset.
+template <typename Member>
+int VtableSlot(Member member) {
+  static_assert(sizeof(member) == 2 * sizeof(std::uintptr_t));
+  std::uintptr_t words[2];
+  std::memcpy(words, &member, sizeof(words));
+  return static_cast<int>((words[0] - 1) / sizeof(void*));
+}
+
+class BrokerTypeLibrary : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_EQ(LoadTypeLibEx(WineTest::ModulePath().c_str(), REGKIND_NONE, &library_), S_OK);
+  }
+
+  // The dispatch half of a dual interface, as GetTypeInfoOfGuid gives it.
+  ComPtr<ITypeInfo> Dispatch(const wchar_t* iid) {
+    ComPtr<ITypeInfo> info;
+    EXPECT_EQ(library_->GetTypeInfoOfGuid(Guid(iid), &info), S_OK) << iid;
+    return info;
+  }
+
+  // The vtable half, which carries the methods' slots and the parent chain.
+  ComPtr<ITypeInfo> Vtable(const wchar_t* iid) {
+    ComPtr<ITypeInfo> dispatch = Dispatch(iid), vtable;
+    HREFTYPE ref = 0;
+    if (!dispatch || FAILED(dispatch->GetRefTypeOfImplType(-1, &ref)) ||
+        FAILED(dispatch->GetRefTypeInfo(ref, &vtable)))
+      ADD_FAILURE() << "no vtable half for " << iid;
+    return vtable;
+  }
+
+  Method Find(const wchar_t* iid, const std::wstring& name) {
+    for (const Method& method : OwnMethods(Vtable(iid).Get()))
+      if (method.name == name) return method;
+    ADD_FAILURE() << "no method " << std::string(name.begin(), name.end());
+    return {};
+  }
+
+  ComPtr<ITypeLib> library_;
+};
+
+TEST_F(BrokerTypeLibrary, LibraryIsLumenBrokerLibVersion1_0For64BitClients) {
+  TLIBATTR* attr = nullptr;
+  ASSERT_EQ(library_->GetLibAttr(&attr), S_OK);
+  EXPECT_EQ(attr->guid, Guid(kLibraryId));
+  EXPECT_EQ(attr->wMajorVerNum, 1);
+  EXPECT_EQ(attr->wMinorVerNum, 0);
+  EXPECT_EQ(attr->syskind, SYS_WIN64);
+  library_->ReleaseTLibAttr(attr);
+  BSTR name = nullptr;
+  ASSERT_EQ(library_->GetDocumentation(-1, &name, nullptr, nullptr, nullptr), S_OK);
+  EXPECT_STREQ(name, L"LumenBrokerLib");
+  SysFreeString(name);
+  EXPECT_EQ(library_->GetTypeInfoCount(), 12u);
+}
+
+TEST_F(BrokerTypeLibrary, EveryGenerationKeepsItsDualInterfaceAndItsClass) {
+  for (const Generation& generation : kGenerations) {
+    SCOPED_TRACE(testing::Message() << generation.interfaceId);
+    ComPtr<ITypeInfo> dispatch = Dispatch(generation.interfaceId);
+    ASSERT_TRUE(dispatch);
+    EXPECT_EQ(Name(dispatch.Get()), generation.interfaceName);
+    TYPEATTR* attr = nullptr;
+    ASSERT_EQ(dispatch->GetTypeAttr(&attr), S_OK);
+    EXPECT_EQ(attr->typekind, TKIND_DISPATCH);
+    EXPECT_TRUE(attr->wTypeFlags & TYPEFLAG_FDUAL);
+    dispatch->ReleaseTypeAttr(attr);
+    // The automation marshaller serves only a vtable marked for automation.
+    ComPtr<ITypeInfo> vtable = Vtable(generation.interfaceId);
+    ASSERT_TRUE(vtable);
+    ASSERT_EQ(vtable->GetTypeAttr(&attr), S_OK);
+    EXPECT_EQ(attr->typekind, TKIND_INTERFACE);
+    EXPECT_TRUE(attr->wTypeFlags & TYPEFLAG_FOLEAUTOMATION);
+    vtable->ReleaseTypeAttr(attr);
+
+    ComPtr<ITypeInfo> coclass, defaultInterface;
+    ASSERT_EQ(library_->GetTypeInfoOfGuid(Guid(generation.classId), &coclass), S_OK);
+    EXPECT_EQ(Name(coclass.Get()), generation.className);
+    HREFTYPE ref = 0;
+    INT flags = 0;
+    ASSERT_EQ(coclass->GetImplTypeFlags(0, &flags), S_OK);
+    EXPECT_TRUE(flags & IMPLTYPEFLAG_FDEFAULT);
+    ASSERT_EQ(coclass->GetRefTypeOfImplType(0, &ref), S_OK);
+    ASSERT_EQ(coclass->GetRefTypeInfo(ref, &defaultInterface), S_OK);
+    EXPECT_EQ(Name(defaultInterface.Get()), generation.interfaceName);
+  }
+}
+
+TEST_F(BrokerTypeLibrary, EachInterfaceExtendsThePreviousGeneration) {
+  const wchar_t* parent = L"IDispatch";
+  for (const Generation& generation : kGenerations) {
+    ComPtr<ITypeInfo> vtable = Vtable(generation.interfaceId), base;
+    ASSERT_TRUE(vtable);
+    HREFTYPE ref = 0;
+    ASSERT_EQ(vtable->GetRefTypeOfImplType(0, &ref), S_OK);
+    ASSERT_EQ(vtable->GetRefTypeInfo(ref, &base), S_OK);
+    EXPECT_EQ(Name(base.Get()), parent) << generation.interfaceId;
+    parent = generation.interfaceName;
+  }
+}
+
+TEST_F(BrokerTypeLibrary, NewestVtableCarriesAll102MethodsAfterIDispatch) {
+  int slot = 7;  // IUnknown's three and IDispatch's four come first
+  for (const Generation& generation : kGenerations) {
+    std::vector<Method> methods = OwnMethods(Vtable(generation.interfaceId).Get());
+    ASSERT_EQ(methods.size(), generation.methods) << generation.interfaceId;
+    for (const Method& method : methods) EXPECT_EQ(method.slot, slot++) << method.name.c_str();
+  }
+  EXPECT_EQ(slot, 7 + 102);
+  TYPEATTR* attr = nullptr;
+  ComPtr<ITypeInfo> newest = Vtable(kGenerations[5].interfaceId);
+  ASSERT_EQ(newest->GetTypeAttr(&attr), S_OK);
+  EXPECT_EQ(attr->cbSizeVft, (7 + 102) * sizeof(void*));
+  newest->ReleaseTypeAttr(attr);
+}
+
+TEST_F(BrokerTypeLibrary, DispatchIdsCountUpFromEachGenerationsBase) {
+  for (const Generation& generation : kGenerations) {
+    std::vector<Method> methods = OwnMethods(Vtable(generation.interfaceId).Get());
+    ASSERT_EQ(methods.size(), generation.methods);
+    EXPECT_EQ(methods.front().name, generation.firstMethod);
+    EXPECT_EQ(methods.back().name, generation.lastMethod);
+    for (size_t i = 0; i < methods.size(); ++i)
+      EXPECT_EQ(methods[i].id, generation.firstId + static_cast<MEMBERID>(i)) << methods[i].name.c_str();
+  }
+}
+
+TEST_F(BrokerTypeLibrary, ArgumentsKeepTheirNamesTypesAndDirections) {
+  struct Row {
+    const wchar_t* iid;
+    const wchar_t* method;
+    const wchar_t* arguments;
+  };
+  const Row rows[] = {
+      {kGenerations[0].interfaceId, L"BrokerCreateFile",
+       L"pFileName BSTR in; p_readOnly I4 in; p_truncateOnOpen I4 in; p_fileCookie UI4 out"},
+      {kGenerations[0].interfaceId, L"BrokerReadFile",
+       L"p_fileCookie UI4 in; p_numToRead UI4 in; p_numRead UI4 out; p_data SAFEARRAY(UI1) out"},
+      {kGenerations[0].interfaceId, L"BrokerLcdClearMessage", L"none"},
+      {kGenerations[2].interfaceId, L"BrokerPrintDialog",
+       L"p_hwnd UI4 in; p_nFromPage UI4 in out; p_nToPage UI4 in out; p_dwFlags UI4 in out; p_hdc UI4 out"},
+      {kGenerations[4].interfaceId, L"BrokerIsDriveAvailable", L"p_lpwRootPathName LPWSTR in"},
+      {kGenerations[5].interfaceId, L"BrokerSaveDialog2",
+       L"p_hwnd UI4 in; p_lpwstrInitialFileName LPWSTR in; dwFilterPairs UI4 in; dwFilterLength UI4 in; "
+       L"p_FilterArray SAFEARRAY(UI1) in; dwFlags UI4 in; p_fileCookie UI4 out; p_chosenFilePath BSTR out"},
+      // The optional overwrite defaults to "don't overwrite".
+      {kGenerations[5].interfaceId, L"BrokerCreateIconPathV2",
+       L"p_fileName BSTR in; p_iconPath BSTR out; p_overwrite I4 in opt = 0"},
+      // LONG_PTR is written as its size in a 64-bit library: a full pointer.
+      {kGenerations[5].interfaceId, L"BrokerMMNotificationClientCreate",
+       L"sourceProcessHandle I8 in; lpClientCookie I8 out"},
+  };
+  for (const Row& row : rows) EXPECT_EQ(Find(row.iid, row.method).arguments, row.arguments) << row.method;
+}
+
+TEST_F(BrokerTypeLibrary, VariantOutsAreReturnValues) {
+  EXPECT_EQ(Find(kGenerations[2].interfaceId, L"BrokerOpenDialog").arguments,
+            L"p_hwnd UI4 in; dwFilterPairs UI4 in; dwFilterLength UI4 in; p_FilterArray SAFEARRAY(UI1) in; "
+            L"dwFlags UI4 in; p_chosenFilePathArray VARIANT out retval");
+  EXPECT_EQ(Find(kGenerations[2].interfaceId, L"BrokerGetTextMetrics").arguments,
+            L"dwHDC UI4 in; p_VarTextmetricArray VARIANT out retval");
+  EXPECT_EQ(Find(kGenerations[2].interfaceId, L"BrokerGetWorldTransform").arguments,
+            L"dwHDC UI4 in; p_VarXformArray VARIANT out retval");
+}
+
+TEST_F(BrokerTypeLibrary, NamesResolveThroughTheNewestDispatchView) {
+  ComPtr<ITypeInfo> newest = Dispatch(kGenerations[5].interfaceId);
+  ASSERT_TRUE(newest);
+  OLECHAR* names[] = {const_cast<OLECHAR*>(L"BrokerCreateIconPathV2"), const_cast<OLECHAR*>(L"p_overwrite")};
+  MEMBERID ids[2] = {};
+  ASSERT_EQ(newest->GetIDsOfNames(names, 2, ids), S_OK);
+  EXPECT_EQ(ids[0], 0x60070002);
+  EXPECT_EQ(ids[1], 2);
+  // Inherited methods answer through the newest view too.
+  OLECHAR* inherited[] = {const_cast<OLECHAR*>(L"BrokerCreateFile")};
+  ASSERT_EQ(newest->GetIDsOfNames(inherited, 1, ids), S_OK);
+  EXPECT_EQ(ids[0], 0x60020000);
+}
+
+TEST_F(BrokerTypeLibrary, SecondGenerationViewKnowsNoLaterMethod) {
+  // The server answers IDispatch with this view.
+  ComPtr<ITypeInfo> second = Dispatch(kGenerations[1].interfaceId);
+  ASSERT_TRUE(second);
+  OLECHAR* own[] = {const_cast<OLECHAR*>(L"BrokerPrefGetLumenPlayerVersion")};
+  MEMBERID id = 0;
+  ASSERT_EQ(second->GetIDsOfNames(own, 1, &id), S_OK);
+  EXPECT_EQ(id, 0x60030001);
+  OLECHAR* later[] = {const_cast<OLECHAR*>(L"BrokerSaveDialog2")};
+  EXPECT_EQ(second->GetIDsOfNames(later, 1, &id), DISP_E_UNKNOWNNAME);
+}
+
+TEST_F(BrokerTypeLibrary, HostExecutableCarriesTheSameLibrary) {
+  std::wstring host = WineTest::BinaryDirectory() + L"\\LumenUtilHost.exe";
+  ComPtr<ITypeLib> fromHost;
+  ASSERT_EQ(LoadTypeLibEx(host.c_str(), REGKIND_NONE, &fromHost), S_OK);
+  TLIBATTR* attr = nullptr;
+  ASSERT_EQ(fromHost->GetLibAttr(&attr), S_OK);
+  EXPECT_EQ(attr->guid, Guid(kLibraryId));
+  EXPECT_EQ(attr->wMajorVerNum, 1);
+  fromHost->ReleaseTLibAttr(attr);
+
+  auto resource = [](const std::wstring& path) {
+    HMODULE image = LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+    HRSRC found = image ? FindResourceW(image, MAKEINTRESOURCEW(1), L"TYPELIB") : nullptr;
+    HGLOBAL loaded = found ? LoadResource(image, found) : nullptr;
+    std::string bytes;
+    if (loaded) bytes.assign(static_cast<const char*>(LockResource(loaded)), SizeofResource(image, found));
+    if (image) FreeLibrary(image);
+    return bytes;
+  };
+  std::string inModule = resource(WineTest::ModulePath());
+  EXPECT_FALSE(inModule.empty());
+  EXPECT_TRUE(inModule == resource(host)) << "the module and the host embed different libraries";
+}
+
+TEST_F(BrokerTypeLibrary, GeneratedHeaderAgreesWithTheLibrary) {
+  EXPECT_EQ(__uuidof(ILumenBroker6), Guid(kGenerations[5].interfaceId));
+  EXPECT_EQ(IID_ILumenBroker6, Guid(kGenerations[5].interfaceId));
+  EXPECT_EQ(CLSID_LumenBrokerImp6, Guid(kGenerations[5].classId));
+  EXPECT_EQ(LIBID_LumenBrokerLib, Guid(kLibraryId));
+  // The C++ vtable that the server fills must put each method where the
+  // marshaller, reading the library, will call it.
+  EXPECT_EQ(VtableSlot(&ILumenBroker6::BrokerCreateFile), Find(kGenerations[0].interfaceId, L"BrokerCreateFile").slot);
+  EXPECT_EQ(VtableSlot(&ILumenBroker6::BrokerDelayScreensaver),
+            Find(kGenerations[1].interfaceId, L"BrokerDelayScreensaver").slot);
+  EXPECT_EQ(VtableSlot(&ILumenBroker6::BrokerExtTextOutW), Find(kGenerations[2].interfaceId, L"BrokerExtTextOutW").slot);
+  EXPECT_EQ(VtableSlot(&ILumenBroker6::BrokerIsDriveAvailable),
+            Find(kGenerations[4].interfaceId, L"BrokerIsDriveAvailable").slot);
+  EXPECT_EQ(VtableSlot(&ILumenBroker6::BrokerCreateIconPathV2),
+            Find(kGenerations[5].interfaceId, L"BrokerCreateIconPathV2").slot);
+  EXPECT_EQ(VtableSlot(&ILumenBroker6::BrokerMMNotificationClientDestroy), 7 + 101);
+}
+
+}  // namespace
