@@ -1,0 +1,218 @@
+// The connection directory over the real kernel objects, with a second process
+// where the contract is about other participants.
+#include "connections/win32/Win32LcdAccessor.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <thread>
+
+#include "engine/win32/ScopedHandle.h"
+#include "tests/wine/WineTestSupport.h"
+
+using namespace SASM;
+
+namespace {
+
+constexpr DWORD kChildTimeoutMs = 30000;
+// The longest name an empty list takes: its offset 0 plus L plus 5 reaches the list's size.
+constexpr size_t kFillingNameLength = LcdSegment::kConnectionListSize - 5;
+
+// Runs the directory's helper process to its end and gives its exit code.
+DWORD RunChild(const std::wstring& arguments) {
+  std::wstring command = L"\"" + WineTest::BinaryDirectory() + L"\\lumen_lcd_child.exe\" " + arguments;
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  PROCESS_INFORMATION info{};
+  if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &info)) {
+    ADD_FAILURE() << "CreateProcessW error " << GetLastError();
+    return 0xFFFFFFFF;
+  }
+  ScopedHandle process(info.hProcess);
+  ScopedHandle thread(info.hThread);
+  EXPECT_EQ(WaitForSingleObject(process.get(), kChildTimeoutMs), WAIT_OBJECT_0);
+  DWORD code = 0xFFFFFFFF;
+  GetExitCodeProcess(process.get(), &code);
+  return code;
+}
+
+// Whether another thread could take the directory's mutex right now.
+bool MutexIsFree() {
+  bool free = false;
+  std::thread probe([&free] {
+    ScopedHandle mutex(OpenMutexA(SYNCHRONIZE | MUTEX_MODIFY_STATE, FALSE, Win32LcdAccessor::kMutexName));
+    if (!mutex) return;
+    const DWORD wait = WaitForSingleObject(mutex.get(), 0);
+    free = wait == WAIT_OBJECT_0 || wait == WAIT_ABANDONED;
+    if (free) ReleaseMutex(mutex.get());
+  });
+  probe.join();
+  return free;
+}
+
+bool MutexExists() { return ScopedHandle(OpenMutexA(SYNCHRONIZE, FALSE, Win32LcdAccessor::kMutexName)).valid(); }
+
+bool MappingExists() {
+  return ScopedHandle(OpenFileMappingA(FILE_MAP_READ, FALSE, Win32LcdAccessor::kMappingName)).valid();
+}
+
+// The directory's objects vanish with their last handle, so every test starts
+// with none and must leave none behind.
+class Win32LcdAccessorTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_FALSE(MutexExists()) << "a directory mutex is left over";
+    ASSERT_FALSE(MappingExists()) << "a directory mapping is left over";
+  }
+  void TearDown() override {
+    EXPECT_FALSE(MutexExists());
+    EXPECT_FALSE(MappingExists());
+  }
+};
+
+using Win32LcdAccessorSegment = Win32LcdAccessorTest;
+using Win32LcdAccessorLock = Win32LcdAccessorTest;
+
+}  // namespace
+
+TEST_F(Win32LcdAccessorSegment, TwoAccessorsInOneProcessShareOneSegment) {
+  Win32LcdAccessor first;
+  ASSERT_TRUE(first.IsOpen());
+  ASSERT_TRUE(first.TryAddConnection("alpha", 0, 0, '4'));
+  // The second opener finds the segment and must not initialise it again.
+  Win32LcdAccessor second;
+  ASSERT_TRUE(second.IsOpen());
+  EXPECT_EQ(second.FindConnectionFormat("alpha", 0), 4);
+  EXPECT_TRUE(second.RemoveConnection("alpha", 0));
+  EXPECT_EQ(first.FindConnectionFormat("alpha", 0), 0);
+}
+
+TEST_F(Win32LcdAccessorSegment, ConnectionAddedByAnotherProcessIsFoundHere) {
+  Win32LcdAccessor lcd;
+  ASSERT_TRUE(lcd.IsOpen());
+  EXPECT_EQ(RunChild(L"add fromChild 1 55"), 0u);
+  // 55 is '7': stored as it stands and read back as a digit.
+  EXPECT_EQ(lcd.FindConnectionFormat("fromChild", 1), 7);
+  EXPECT_EQ(lcd.FindConnectionFormat("fromChild", 0), 0);
+  // The name outlives the process that listed it.
+  EXPECT_FALSE(lcd.TryAddConnection("fromChild", 1, 1, '7'));
+}
+
+TEST_F(Win32LcdAccessorSegment, NewMappingIsInitialisedEvenWhenTheMutexAlreadyExisted) {
+  ScopedHandle mutex(CreateMutexA(nullptr, FALSE, Win32LcdAccessor::kMutexName));
+  ASSERT_TRUE(mutex.valid());
+  Win32LcdAccessor lcd;
+  ASSERT_TRUE(lcd.IsOpen());
+  EXPECT_TRUE(lcd.IsSegmentValid());
+  const uint8_t* terminator = lcd.FindConnection("anyone", 0);
+  ASSERT_NE(terminator, nullptr);
+  EXPECT_EQ(*terminator, 0);
+  EXPECT_TRUE(MutexIsFree()) << "the opening hold must have been released";
+}
+
+TEST_F(Win32LcdAccessorSegment, ExistingSegmentOfAnotherLayoutIsRefusedAndBothObjectsClosed) {
+  ScopedHandle mapping(CreateFileMappingA(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0,
+                                          static_cast<DWORD>(kLcdSegmentSize), Win32LcdAccessor::kMappingName));
+  ASSERT_TRUE(mapping.valid());
+  auto* segment = static_cast<LcdSegment*>(MapViewOfFile(mapping.get(), FILE_MAP_ALL_ACCESS, 0, 0, 0));
+  ASSERT_NE(segment, nullptr);
+  segment->layoutVersion = 2;
+  std::memcpy(segment->connectionList, "alpha\0::4\0::1\0", 15);
+
+  Win32LcdAccessor lcd;
+  EXPECT_FALSE(lcd.IsOpen());
+  EXPECT_EQ(lcd.Lock(), 0);
+  EXPECT_EQ(lcd.FindConnectionFormat("alpha", 0), 0);
+  EXPECT_FALSE(lcd.TryAddConnection("beta", 0, 0, '4'));
+  EXPECT_EQ(lcd.FindConnection("alpha", 0), nullptr);
+  EXPECT_EQ(segment->layoutVersion, 2u);
+  EXPECT_EQ(segment->connectionList[15], 0) << "nothing was written";
+
+  UnmapViewOfFile(segment);
+  mapping.reset();
+  // Only the accessor could keep them alive now.
+  EXPECT_FALSE(MappingExists());
+  EXPECT_FALSE(MutexExists());
+}
+
+TEST_F(Win32LcdAccessorSegment, NameThatExactlyFillsTheListWritesIntoThePageRoundedView) {
+  Win32LcdAccessor lcd;
+  ASSERT_TRUE(lcd.IsOpen());
+  const std::string tooLong(kFillingNameLength + 1, 'n');
+  const std::string filling(kFillingNameLength, 'n');
+  EXPECT_FALSE(lcd.TryAddConnection(tooLong.c_str(), 0, 0, '2'));
+  ASSERT_TRUE(lcd.TryAddConnection(filling.c_str(), 0, 0, '2'));
+
+  // The mapping was asked for 0xFC10 bytes; the pages behind it take the overrun.
+  ScopedHandle mapping(OpenFileMappingA(FILE_MAP_READ, FALSE, Win32LcdAccessor::kMappingName));
+  ASSERT_TRUE(mapping.valid());
+  const auto* bytes = static_cast<const uint8_t*>(MapViewOfFile(mapping.get(), FILE_MAP_READ, 0, 0, 0));
+  ASSERT_NE(bytes, nullptr);
+  MEMORY_BASIC_INFORMATION region{};
+  ASSERT_NE(VirtualQuery(bytes, &region, sizeof region), 0u);
+  EXPECT_GE(region.RegionSize, kLcdBlockSize);
+  EXPECT_EQ(std::string(reinterpret_cast<const char*>(bytes + kLcdSegmentSize), kLcdListOverrun),
+            std::string("::1\0\0", 5));
+  UnmapViewOfFile(bytes);
+
+  Win32LcdAccessor second;
+  EXPECT_EQ(second.FindConnectionFormat(filling.c_str(), 2), 2);
+  EXPECT_TRUE(second.RemoveConnection(filling.c_str(), 0));
+}
+
+TEST_F(Win32LcdAccessorLock, NestedHoldsCountAndKeepTheTimeOfTheOutermost) {
+  Win32LcdAccessor lcd;
+  ASSERT_TRUE(lcd.IsOpen());
+  EXPECT_EQ(lcd.MessageTimeout(), 5000);
+  // Without a hold the release fails unnoticed and the count stays 0.
+  EXPECT_EQ(lcd.Unlock(), 0);
+  EXPECT_EQ(lcd.Lock(), 1);
+  const uint32_t outermost = lcd.LockTime();
+  Sleep(40);
+  EXPECT_EQ(lcd.Lock(), 2);
+  EXPECT_EQ(lcd.LockTime(), outermost);
+  EXPECT_FALSE(MutexIsFree());
+  EXPECT_EQ(lcd.Unlock(), 1);
+  EXPECT_FALSE(MutexIsFree());
+  EXPECT_EQ(lcd.Unlock(), 0);
+  EXPECT_TRUE(MutexIsFree());
+  EXPECT_EQ(lcd.LockTime(), outermost);
+
+  EXPECT_EQ(lcd.Lock(), 1);
+  EXPECT_NE(lcd.LockTime(), outermost) << "a new outermost hold takes a new time";
+  EXPECT_EQ(lcd.Unlock(), 0);
+}
+
+TEST_F(Win32LcdAccessorLock, MutexAbandonedByAnExitedHolderFailsTheLockYetKeepsItsOwnership) {
+  Win32LcdAccessor lcd;
+  ASSERT_TRUE(lcd.IsOpen());
+  ASSERT_TRUE(lcd.TryAddConnection("survivor", 0, 0, '3'));
+  ASSERT_EQ(RunChild(L"hold"), 0u);
+
+  EXPECT_EQ(lcd.Lock(), 0);
+  EXPECT_FALSE(MutexIsFree()) << "the abandoned mutex now belongs to this thread";
+  // The abandonment is told once; the next hold nests on the kept ownership and succeeds.
+  EXPECT_EQ(lcd.FindConnectionFormat("survivor", 0), 3);
+  EXPECT_FALSE(MutexIsFree());
+
+  ScopedHandle mutex(OpenMutexA(MUTEX_MODIFY_STATE, FALSE, Win32LcdAccessor::kMutexName));
+  ASSERT_TRUE(mutex.valid());
+  EXPECT_TRUE(ReleaseMutex(mutex.get()));
+  EXPECT_TRUE(MutexIsFree());
+}
+
+TEST_F(Win32LcdAccessorLock, MutexAbandonedBeforeOpeningLeavesTheAccessorClosed) {
+  // Keeps the mutex alive across the child's exit; the mapping goes with the child.
+  ScopedHandle mutex(CreateMutexA(nullptr, FALSE, Win32LcdAccessor::kMutexName));
+  ASSERT_TRUE(mutex.valid());
+  ASSERT_EQ(RunChild(L"hold"), 0u);
+  ASSERT_FALSE(MappingExists());
+
+  Win32LcdAccessor lcd;
+  EXPECT_FALSE(lcd.IsOpen());
+  EXPECT_EQ(lcd.Lock(), 0);
+  EXPECT_FALSE(MappingExists());
+  EXPECT_FALSE(MutexIsFree()) << "the failed open keeps what the wait granted";
+  EXPECT_TRUE(ReleaseMutex(mutex.get()));
+}
