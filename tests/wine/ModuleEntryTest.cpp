@@ -87,6 +87,8 @@ TEST_F(ModuleEntryTest, MissingProductDirectoryIsReportedAndFailsTheLoad) {
       u"AddRemoveProgramsGUIDsAX a; AddRemoveProgramsGUIDsPlugin b; AddRemoveProgramsGUIDsPepper c;"
       u"FilenamesAX x; FilenamesPlugin y; AXFilenamePatterns p; PluginFilenamePatterns q;"
       u"PepperFilenamePatterns r; ProductManagerDirectoryPatterns s;");
+  WineTest::MovedAside product(WineTest::RoamingFolder() + L"\\Halcyonics\\Lumen Player\\" +
+                               ToWide(Vendor::kSettingsDirectory) + L"\\bin");
   WineTest::TempTree tree;
   tree.Directory(WineTest::SystemDirectory() + L"\\Halcyons\\Lumen");
   ReferenceHost host(HostOptions{}, settings);

@@ -50,4 +50,13 @@ void TempTree::File(const std::wstring& path, const std::string& content) {
   files_.push_back(path);
 }
 
+MovedAside::MovedAside(std::wstring path) : path_(std::move(path)) {
+  moved_ = GetFileAttributesW(path_.c_str()) != INVALID_FILE_ATTRIBUTES &&
+           MoveFileExW(path_.c_str(), (path_ + L".aside").c_str(), 0);
+}
+
+MovedAside::~MovedAside() {
+  if (moved_) MoveFileExW((path_ + L".aside").c_str(), path_.c_str(), 0);
+}
+
 }  // namespace SASM::WineTest

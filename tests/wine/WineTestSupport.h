@@ -31,4 +31,17 @@ class TempTree {
   std::vector<std::wstring> directories_;
 };
 
+// Keeps a path out of the way for one test (a demo run may have left it) and puts it back.
+class MovedAside {
+ public:
+  explicit MovedAside(std::wstring path);
+  MovedAside(const MovedAside&) = delete;
+  MovedAside& operator=(const MovedAside&) = delete;
+  ~MovedAside();
+
+ private:
+  std::wstring path_;
+  bool moved_ = false;
+};
+
 }  // namespace SASM::WineTest
