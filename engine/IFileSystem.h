@@ -18,7 +18,18 @@ constexpr int32_t kPathNotFound = 3;
 constexpr int32_t kAccessDenied = 5;
 constexpr int32_t kSharingViolation = 32;
 constexpr int32_t kNoMoreFiles = 18;
+constexpr int32_t kInsufficientBuffer = 122;
+constexpr int32_t kDirectoryNotEmpty = 145;
+constexpr int32_t kAlreadyExists = 183;
 }  // namespace FileError
+
+namespace FileAttribute {
+constexpr uint32_t kReadOnly = 0x1;
+constexpr uint32_t kHidden = 0x2;
+constexpr uint32_t kDirectory = 0x10;
+constexpr uint32_t kArchive = 0x20;
+constexpr uint32_t kNormal = 0x80;
+}  // namespace FileAttribute
 
 using FileHandleId = uint64_t;
 

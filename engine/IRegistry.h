@@ -23,6 +23,7 @@ constexpr int32_t kSuccess = 0;
 constexpr int32_t kFileNotFound = 2;
 constexpr int32_t kAccessDenied = 5;
 constexpr int32_t kMoreData = 234;
+constexpr int32_t kInvalidDatatype = 1804;  // the value exists with another type
 constexpr int32_t kNoMoreItems = 259;
 // What deleting a key tree yields when the shell's key deletion cannot be bound.
 constexpr int32_t kDeleteUnavailable = -1;

@@ -1,9 +1,10 @@
 #pragma once
 // Seam for system facts and services: shell folders, system directories,
-// version, clock, resources, shell execution and process start.
+// version, clock, resources, code page, shell execution and processes.
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace SASM {
 
@@ -35,6 +36,10 @@ class ISystem {
                                 std::u16string_view parameters) = 0;
   // Starts a command line without waiting; the handles are closed at once.
   virtual int32_t StartProcess(std::u16string_view commandLine) = 0;
+  // Ids of every running process; false when the list can't be taken.
+  virtual bool EnumerateProcesses(std::vector<uint32_t>& ids) = 0;
+  // Narrow text in the system's code page (registry values read narrow), widened.
+  virtual std::u16string FromSystemCodePage(std::string_view text) = 0;
 };
 
 }  // namespace SASM

@@ -2,6 +2,8 @@
 
 #include "engine/win32/WindowsApi.h"
 
+#include "engine/win32/ScopedFindHandle.h"
+#include "engine/win32/ScopedHandle.h"
 #include "engine/win32/WideText.h"
 
 namespace SASM {
@@ -39,23 +41,17 @@ int32_t Win32FileSystem::GetSize(FileHandleId handle, uint64_t& size) {
 }
 
 int32_t Win32FileSystem::ReadAll(std::u16string_view path, std::string& bytes) {
-  HANDLE file = CreateFileW(ToWide(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                            OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return LastError();
+  ScopedHandle file(CreateFileW(ToWide(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (!file.valid()) return LastError();
   bytes.clear();
   char buffer[4096];
   DWORD got = 0;
-  int32_t result = ERROR_SUCCESS;
   while (true) {
-    if (!ReadFile(file, buffer, sizeof(buffer), &got, nullptr)) {
-      result = LastError();
-      break;
-    }
-    if (got == 0) break;
+    if (!ReadFile(file.get(), buffer, sizeof(buffer), &got, nullptr)) return LastError();
+    if (got == 0) return ERROR_SUCCESS;
     bytes.append(buffer, got);
   }
-  CloseHandle(file);
-  return result;
 }
 
 int32_t Win32FileSystem::Delete(std::u16string_view path) {
@@ -76,13 +72,14 @@ int32_t Win32FileSystem::SetAttributes(std::u16string_view path, uint32_t attrib
 int32_t Win32FileSystem::EnumerateDirectory(std::u16string_view directory, std::vector<std::u16string>& names) {
   std::wstring pattern = ToWide(directory) + L"\\*";
   WIN32_FIND_DATAW data;
-  HANDLE find = FindFirstFileW(pattern.c_str(), &data);
-  if (find == INVALID_HANDLE_VALUE) return LastError();
+  ScopedFindHandle find(FindFirstFileW(pattern.c_str(), &data));
+  if (!find.valid()) return LastError();
   do {
     names.push_back(FromWide(data.cFileName));
-  } while (FindNextFileW(find, &data));
-  FindClose(find);
-  return ERROR_SUCCESS;
+  } while (FindNextFileW(find.get(), &data));
+  // The walk ends at "no more files"; anything else cut the listing short.
+  DWORD error = GetLastError();
+  return error == ERROR_NO_MORE_FILES ? ERROR_SUCCESS : static_cast<int32_t>(error);
 }
 
 int32_t Win32FileSystem::CreateDirectory(std::u16string_view path) {

@@ -2,6 +2,7 @@
 
 #include "engine/win32/WindowsApi.h"
 
+#include "engine/win32/LateBoundFunction.h"
 #include "engine/win32/ScopedRegKey.h"
 #include "engine/win32/WideText.h"
 
@@ -130,18 +131,15 @@ int32_t Win32Registry::DeleteValue(RegistryHive hive, std::u16string_view path, 
   return RegDeleteValueW(key.get(), ToWide(name).c_str());
 }
 
+LateBoundFunction& Win32Registry::DeleteKeyFunction() {
+  static LateBoundFunction deleteKey(L"shlwapi.dll", "SHDeleteKeyW");
+  return deleteKey;
+}
+
 int32_t Win32Registry::DeleteTree(RegistryHive hive, std::u16string_view path) {
   using DeleteKeyFn = LSTATUS(WINAPI*)(HKEY, LPCWSTR);
-  // Bound once by full path from the system directory; missing means the delete cannot run.
-  static DeleteKeyFn deleteKey = [] {
-    wchar_t directory[MAX_PATH];
-    UINT n = GetSystemDirectoryW(directory, MAX_PATH);
-    if (n == 0 || n >= MAX_PATH) return static_cast<DeleteKeyFn>(nullptr);
-    std::wstring library = std::wstring(directory) + L"\\shlwapi.dll";
-    HMODULE module = LoadLibraryW(library.c_str());  // kept for the life of the process
-    return module ? reinterpret_cast<DeleteKeyFn>(GetProcAddress(module, "SHDeleteKeyW")) : nullptr;
-  }();
-  if (!deleteKey) return -1;
+  auto deleteKey = deleteKey_.As<DeleteKeyFn>();
+  if (!deleteKey) return RegistryError::kDeleteUnavailable;
   return deleteKey(Root(hive), ToWide(path).c_str());
 }
 

@@ -2,9 +2,11 @@
 
 #include "engine/win32/WindowsApi.h"
 
+#include <psapi.h>
 #include <shellapi.h>
 #include <shlobj.h>
 
+#include "engine/win32/ScopedHandle.h"
 #include "engine/win32/WideText.h"
 
 #undef ShellExecute
@@ -75,9 +77,32 @@ int32_t Win32System::StartProcess(std::u16string_view commandLine) {
   PROCESS_INFORMATION process = {};
   if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process))
     return static_cast<int32_t>(GetLastError());
-  CloseHandle(process.hThread);
-  CloseHandle(process.hProcess);
+  ScopedHandle thread(process.hThread);
+  ScopedHandle started(process.hProcess);
   return ERROR_SUCCESS;
+}
+
+bool Win32System::EnumerateProcesses(std::vector<uint32_t>& ids) {
+  // The call can't say how many there are: grow the table until it isn't filled.
+  std::vector<DWORD> table(256);
+  while (true) {
+    DWORD bytes = 0;
+    if (!K32EnumProcesses(table.data(), static_cast<DWORD>(table.size() * sizeof(DWORD)), &bytes)) return false;
+    if (bytes < table.size() * sizeof(DWORD)) {
+      ids.assign(table.begin(), table.begin() + bytes / sizeof(DWORD));
+      return true;
+    }
+    table.resize(table.size() * 2);
+  }
+}
+
+std::u16string Win32System::FromSystemCodePage(std::string_view text) {
+  if (text.empty()) return {};
+  int length = MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
+  if (length <= 0) return {};
+  std::wstring wide(static_cast<size_t>(length), L'\0');
+  MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), wide.data(), length);
+  return FromWide(wide.c_str(), wide.size());
 }
 
 }  // namespace SASM

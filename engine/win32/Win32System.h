@@ -15,6 +15,8 @@ class Win32System : public ISystem {
   intptr_t ShellExecute(void* window, std::u16string_view verb, std::u16string_view file,
                         std::u16string_view parameters) override;
   int32_t StartProcess(std::u16string_view commandLine) override;
+  bool EnumerateProcesses(std::vector<uint32_t>& ids) override;
+  std::u16string FromSystemCodePage(std::string_view text) override;
 };
 
 }  // namespace SASM

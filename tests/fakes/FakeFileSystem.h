@@ -1,0 +1,83 @@
+#pragma once
+// A file system in memory for native tests. Paths match without case and with
+// either separator. Any path can be made to answer locked (32), denied (5),
+// missing (2) or another error; open handles share reading only, as the real
+// seam opens them, so a second writer sees 32 too.
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engine/IFileSystem.h"
+
+namespace SASM {
+
+class FakeFileSystem : public IFileSystem {
+ public:
+  // Each adds the missing parent directories too.
+  void AddDirectory(std::u16string_view path);
+  void AddFile(std::u16string_view path, std::string content = "", uint32_t attributes = FileAttribute::kArchive);
+  // Every operation that names this path answers the error (the path may exist or not).
+  void FailPath(std::u16string_view path, int32_t error);
+  void Lock(std::u16string_view path) { FailPath(path, FileError::kSharingViolation); }
+  void Deny(std::u16string_view path) { FailPath(path, FileError::kAccessDenied); }
+  void Hide(std::u16string_view path) { FailPath(path, FileError::kFileNotFound); }
+  void SetTempPath(std::u16string path) { tempPath_ = std::move(path); }
+  // The long form of a short path; other existing paths are their own long form.
+  void AddLongName(std::u16string_view shortPath, std::u16string longPath);
+
+  bool Exists(std::u16string_view path) const;
+  bool IsDirectory(std::u16string_view path) const;
+  std::string Content(std::u16string_view path) const;
+  // Paths queued for deletion at the next restart, in order.
+  const std::vector<std::u16string>& RebootDeletes() const { return rebootDeletes_; }
+  size_t OpenHandles() const { return handles_.size(); }
+
+  int32_t Open(std::u16string_view path, int32_t mode, FileHandleId& handle) override;
+  void Close(FileHandleId handle) override;
+  int32_t GetSize(FileHandleId handle, uint64_t& size) override;
+  int32_t ReadAll(std::u16string_view path, std::string& bytes) override;
+  int32_t Delete(std::u16string_view path) override;
+  int32_t GetAttributes(std::u16string_view path, uint32_t& attributes) override;
+  int32_t SetAttributes(std::u16string_view path, uint32_t attributes) override;
+  int32_t EnumerateDirectory(std::u16string_view directory, std::vector<std::u16string>& names) override;
+  int32_t CreateDirectory(std::u16string_view path) override;
+  int32_t RemoveDirectory(std::u16string_view path) override;
+  int32_t DeleteAtReboot(std::u16string_view path) override;
+  int32_t GetFullPath(std::u16string_view path, std::u16string& full) override;
+  int32_t GetLongPath(std::u16string_view path, std::u16string& longPath) override;
+  int32_t GetTempPath(std::u16string& path) override;
+
+ private:
+  struct Entry {
+    std::u16string path;  // as added
+    uint32_t attributes;
+    std::string content;
+  };
+  struct Handle {
+    std::u16string key;
+    bool writes;
+  };
+
+  // Upper case, "/" as "\", no trailing separator.
+  static std::u16string Key(std::u16string_view path);
+  static std::u16string Parent(const std::u16string& key);
+  int32_t Failure(const std::u16string& key) const;
+  // 2 for a missing file in an existing directory, 3 when the directory is missing too.
+  int32_t MissingError(const std::u16string& key) const;
+  bool HasChildren(const std::u16string& key) const;
+  bool OpenForWriting(const std::u16string& key) const;
+  bool IsOpen(const std::u16string& key) const;
+
+  std::map<std::u16string, Entry> entries_;
+  std::map<std::u16string, int32_t> failures_;
+  std::map<std::u16string, std::u16string> longNames_;
+  std::map<FileHandleId, Handle> handles_;
+  std::vector<std::u16string> rebootDeletes_;
+  std::u16string tempPath_ = u"C:\\Users\\Tester\\AppData\\Local\\Temp\\";
+  FileHandleId nextHandle_ = 0x100;
+};
+
+}  // namespace SASM

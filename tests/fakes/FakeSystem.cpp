@@ -1,0 +1,61 @@
+#include "tests/fakes/FakeSystem.h"
+
+namespace SASM {
+
+bool FakeSystem::GetFolderPath(int32_t csidl, std::u16string& path) {
+  folderRequests_.push_back(csidl);
+  auto found = folders_.find(csidl & ~Csidl::kFlagCreate);
+  if (found == folders_.end()) return false;
+  path = found->second;
+  return true;
+}
+
+bool FakeSystem::GetSystemDirectory(std::u16string& path) {
+  if (systemDirectory_.empty()) return false;
+  path = systemDirectory_;
+  return true;
+}
+
+bool FakeSystem::GetSystemWow64Directory(std::u16string& path) {
+  if (wow64Directory_.empty()) return false;
+  path = wow64Directory_;
+  return true;
+}
+
+uint32_t FakeSystem::TickCount() {
+  uint32_t now = ticks_;
+  ticks_ += tickStep_;
+  return now;
+}
+
+bool FakeSystem::LoadResourceString(void*, uint32_t id, std::u16string& text) {
+  auto found = strings_.find(id);
+  if (found == strings_.end()) return false;
+  text = found->second;
+  return true;
+}
+
+intptr_t FakeSystem::ShellExecute(void*, std::u16string_view verb, std::u16string_view file,
+                                  std::u16string_view parameters) {
+  executions_.push_back({std::u16string(verb), std::u16string(file), std::u16string(parameters)});
+  return shellExecuteResult_;
+}
+
+int32_t FakeSystem::StartProcess(std::u16string_view commandLine) {
+  started_.emplace_back(commandLine);
+  return startProcessResult_;
+}
+
+bool FakeSystem::EnumerateProcesses(std::vector<uint32_t>& ids) {
+  if (processListFails_) return false;
+  ids = processes_;
+  return true;
+}
+
+std::u16string FakeSystem::FromSystemCodePage(std::string_view text) {
+  std::u16string wide;
+  for (char c : text) wide.push_back(static_cast<unsigned char>(c));
+  return wide;
+}
+
+}  // namespace SASM

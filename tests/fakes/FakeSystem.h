@@ -1,0 +1,76 @@
+#pragma once
+// System facts from tables for native tests: shell folders by CSIDL (a folder
+// that isn't set fails, as a missing shell function does), system directories,
+// a settable clock, a process table, and logs of what was started or opened.
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engine/ISystem.h"
+
+namespace SASM {
+
+class FakeSystem : public ISystem {
+ public:
+  struct Execution {
+    std::u16string verb;
+    std::u16string file;
+    std::u16string parameters;
+  };
+
+  // The create flag (32768) finds the same folder; FolderRequests() shows what was asked.
+  void SetFolder(int32_t csidl, std::u16string path) { folders_[csidl] = std::move(path); }
+  void RemoveFolder(int32_t csidl) { folders_.erase(csidl); }
+  void SetSystemDirectory(std::u16string path) { systemDirectory_ = std::move(path); }
+  // An empty text means the platform has no WOW64 directory.
+  void SetSystemWow64Directory(std::u16string path) { wow64Directory_ = std::move(path); }
+  void SetWow64Process(bool wow64) { wow64Process_ = wow64; }
+  void SetMajorVersion(uint32_t major) { majorVersion_ = major; }
+  void SetTickCount(uint32_t ticks) { ticks_ = ticks; }
+  // Each reading of the clock moves it on by this much.
+  void SetTickStep(uint32_t step) { tickStep_ = step; }
+  void SetResourceString(uint32_t id, std::u16string text) { strings_[id] = std::move(text); }
+  void SetShellExecuteResult(intptr_t result) { shellExecuteResult_ = result; }
+  void SetStartProcessResult(int32_t result) { startProcessResult_ = result; }
+  void SetProcesses(std::vector<uint32_t> ids) { processes_ = std::move(ids); }
+  void FailProcessList() { processListFails_ = true; }
+
+  const std::vector<int32_t>& FolderRequests() const { return folderRequests_; }
+  const std::vector<Execution>& Executions() const { return executions_; }
+  const std::vector<std::u16string>& StartedProcesses() const { return started_; }
+
+  bool GetFolderPath(int32_t csidl, std::u16string& path) override;
+  bool GetSystemDirectory(std::u16string& path) override;
+  bool GetSystemWow64Directory(std::u16string& path) override;
+  bool IsWow64Process() override { return wow64Process_; }
+  uint32_t WindowsMajorVersion() override { return majorVersion_; }
+  uint32_t TickCount() override;
+  bool LoadResourceString(void* module, uint32_t id, std::u16string& text) override;
+  intptr_t ShellExecute(void* window, std::u16string_view verb, std::u16string_view file,
+                        std::u16string_view parameters) override;
+  int32_t StartProcess(std::u16string_view commandLine) override;
+  bool EnumerateProcesses(std::vector<uint32_t>& ids) override;
+  // The fake's system code page is Latin-1.
+  std::u16string FromSystemCodePage(std::string_view text) override;
+
+ private:
+  std::map<int32_t, std::u16string> folders_;
+  std::u16string systemDirectory_ = u"C:\\Windows\\system32";
+  std::u16string wow64Directory_;
+  bool wow64Process_ = false;
+  uint32_t majorVersion_ = 10;
+  uint32_t ticks_ = 1000;
+  uint32_t tickStep_ = 0;
+  std::map<uint32_t, std::u16string> strings_;
+  intptr_t shellExecuteResult_ = 42;
+  int32_t startProcessResult_ = 0;
+  std::vector<uint32_t> processes_ = {4, 100, 200};
+  bool processListFails_ = false;
+  std::vector<int32_t> folderRequests_;
+  std::vector<Execution> executions_;
+  std::vector<std::u16string> started_;
+};
+
+}  // namespace SASM

@@ -1,0 +1,104 @@
+#include <gtest/gtest.h>
+
+#include "engine/SystemConfigFile.h"
+#include "tests/fakes/FakeFileSystem.h"
+
+using namespace SASM;
+
+namespace {
+
+constexpr char16_t kPath[] = u"C:\\Windows\\SysWOW64\\Halcyons\\Lumen\\hms.cfg";
+
+SystemConfigFile Read(std::string content) {
+  FakeFileSystem files;
+  files.AddFile(kPath, std::move(content));
+  return SystemConfigFile(files, kPath);
+}
+
+TEST(SystemConfigFile, FileOfFewerThanFourBytesIsAbsentEvenWhenValid) {
+  SystemConfigFile shortFile = Read("a=b");
+  EXPECT_EQ(shortFile.GetState(), SystemConfigFile::kAbsent);
+  EXPECT_EQ(shortFile.Get("a"), "");
+  SystemConfigFile fourBytes = Read("a=bc");
+  EXPECT_EQ(fourBytes.GetState(), SystemConfigFile::kPlain);
+  EXPECT_EQ(fourBytes.Get("a"), "bc");
+}
+
+TEST(SystemConfigFile, UnreadableFileIsAbsent) {
+  FakeFileSystem files;
+  EXPECT_EQ(SystemConfigFile(files, kPath).GetState(), SystemConfigFile::kAbsent);
+  files.AddFile(kPath, "EnableLocalAppData=1");
+  files.Lock(kPath);
+  SystemConfigFile locked(files, kPath);
+  EXPECT_EQ(locked.GetState(), SystemConfigFile::kAbsent);
+  EXPECT_EQ(locked.Count(), 0u);
+}
+
+TEST(SystemConfigFile, Utf8MarkIsSkippedAndUtf16MarksGiveDefaults) {
+  SystemConfigFile utf8 = Read("\xEF\xBB\xBFkey=value");
+  EXPECT_EQ(utf8.GetState(), SystemConfigFile::kUtf8Marked);
+  EXPECT_EQ(utf8.Get("key"), "value");
+
+  SystemConfigFile little = Read(std::string("\xFF\xFEk\0=\0v\0\nk=v", 11));
+  EXPECT_EQ(little.GetState(), SystemConfigFile::kUtf16Marked);
+  EXPECT_EQ(little.Count(), 0u);
+  SystemConfigFile big = Read("\xFE\xFF\nkey=value");
+  EXPECT_EQ(big.GetState(), SystemConfigFile::kUtf16Marked);
+  EXPECT_EQ(big.Get("key"), "");
+
+  // Half a mark is ordinary text and stays part of the first key.
+  SystemConfigFile partial = Read("\xEF\xBBkey=value");
+  EXPECT_EQ(partial.GetState(), SystemConfigFile::kPlain);
+  EXPECT_EQ(partial.Get("key"), "value");
+}
+
+TEST(SystemConfigFile, LinesEndAtLfCrOrCrLfAndTheLastNeedsNoEnd) {
+  SystemConfigFile config = Read("a=1\nb=2\rc=3\r\nd=4");
+  EXPECT_EQ(config.Count(), 4u);
+  EXPECT_EQ(config.Get("a"), "1");
+  EXPECT_EQ(config.Get("b"), "2");
+  EXPECT_EQ(config.Get("c"), "3");
+  EXPECT_EQ(config.Get("d"), "4");
+}
+
+TEST(SystemConfigFile, FirstEqualsSplitsAndBytesUpTo32AreTrimmed) {
+  SystemConfigFile config = Read(" \tkey one \x01= a=b \x1F\r\nx=y");
+  EXPECT_EQ(config.Get("key one"), "a=b");
+}
+
+TEST(SystemConfigFile, BytesFrom128AreTrimmedAsBlanks) {
+  SystemConfigFile config = Read("\xC3\xA9t\xC3\xA9=caf\xC3\xA9\nna\xC3\xAFve=x\xFF");
+  EXPECT_EQ(config.Get("t"), "caf");
+  EXPECT_EQ(config.Get("na\xC3\xAFve"), "x");
+}
+
+TEST(SystemConfigFile, LinesWithoutKeyValueOrEqualsAreIgnored) {
+  SystemConfigFile config = Read("=v\nk=\nk2 = \x05 \n#comment\n#x=1\n \x80= value\n");
+  EXPECT_EQ(config.Count(), 1u);
+  // Comments have no syntax: a line with "=" is an entry.
+  EXPECT_EQ(config.Get("#x"), "1");
+}
+
+TEST(SystemConfigFile, LaterLineWinsAndKeysDifferingInCaseAreTwoKeys) {
+  SystemConfigFile config = Read("Key=1\nkey=2\nKey=3\n");
+  EXPECT_EQ(config.Get("Key"), "3");
+  EXPECT_EQ(config.Get("key"), "2");
+  EXPECT_EQ(config.Get("KEY"), "");
+}
+
+TEST(SystemConfigFile, LinesLongerThanTheFirstBufferAreRead) {
+  std::string value(5000, 'v');
+  SystemConfigFile config = Read("long=" + value + "\nafter=1");
+  EXPECT_EQ(config.Get("long"), value);
+  EXPECT_EQ(config.Get("after"), "1");
+}
+
+TEST(SystemConfigFile, TruthIsAWordOfYesOrANonZeroNumber) {
+  for (const char* text :
+       {"true", "TRUE", "t", "T", "yes", "YES", "Y", "y", "2", "1", "-1", "007", " 5", "12abc", "99999999999999999999"})
+    EXPECT_TRUE(SystemConfigFile::IsTrue(text)) << text;
+  for (const char* text : {"", "0", "00", "-0", "no", "false", "tru", "yes!", "abc", "0x10", "on"})
+    EXPECT_FALSE(SystemConfigFile::IsTrue(text)) << text;
+}
+
+}  // namespace

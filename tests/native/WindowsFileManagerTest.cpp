@@ -1,0 +1,84 @@
+#include <gtest/gtest.h>
+
+#include "engine/WindowsFileManager.h"
+#include "tests/fakes/FakeFileSystem.h"
+#include "tests/fakes/FakeRegistry.h"
+#include "tests/fakes/FakeSystem.h"
+
+using namespace SASM;
+
+namespace {
+
+constexpr char16_t kConfig[] = u"C:\\Windows\\SysWOW64\\Halcyons\\Lumen\\hms.cfg";
+
+class WindowsFileManagerTest : public ::testing::Test {
+ protected:
+  WindowsFileManagerTest() {
+    WindowsFileManager::ForgetProcessValues();
+    system_.SetSystemWow64Directory(u"C:\\Windows\\SysWOW64");
+    system_.SetFolder(Csidl::kAppData, u"C:\\Users\\Z\\Roaming");
+    system_.SetFolder(Csidl::kLocalAppData, u"C:\\Users\\Z\\Local");
+  }
+  ~WindowsFileManagerTest() override { WindowsFileManager::ForgetProcessValues(); }
+
+  bool LocalFlagFor(std::string config) {
+    files_.AddFile(kConfig, std::move(config));
+    WindowsFileManager manager(platform_);
+    WindowsFileManager::ForgetProcessValues();
+    return manager.EnableLocalAppData();
+  }
+
+  FakeRegistry registry_;
+  FakeFileSystem files_;
+  FakeSystem system_;
+  Platform platform_{&registry_, &files_, &system_};
+};
+
+TEST_F(WindowsFileManagerTest, LocalAppDataFlagIsReadFromTheConfigFile) {
+  EXPECT_TRUE(LocalFlagFor("EnableLocalAppData = YES\n"));
+  EXPECT_FALSE(LocalFlagFor("EnableLocalAppData=0\n"));
+  EXPECT_TRUE(LocalFlagFor("EnableLocalAppData=2\n"));
+  EXPECT_FALSE(LocalFlagFor("enablelocalappdata=1\n"));
+  EXPECT_FALSE(
+      LocalFlagFor("\xFF\xFE"
+                   "EnableLocalAppData=1\n"));
+}
+
+TEST_F(WindowsFileManagerTest, MissingConfigFileMeansRoamingData) {
+  WindowsFileManager manager(platform_);
+  EXPECT_FALSE(manager.EnableLocalAppData());
+  EXPECT_EQ(manager.GetConfigFilePath(), "C:\\Windows\\SysWOW64\\Halcyons\\Lumen\\hms.cfg");
+  EXPECT_EQ(manager.GetPlayerDataPath(), "C:\\Users\\Z\\Roaming\\Halcyonics\\Lumen Player");
+  EXPECT_EQ(manager.GetPathSeparator(), "\\");
+}
+
+TEST_F(WindowsFileManagerTest, LocalFlagMovesPlayerDataButNotTheVendorCaches) {
+  files_.AddFile(kConfig, "EnableLocalAppData=y");
+  WindowsFileManager manager(platform_);
+  EXPECT_EQ(manager.GetPlayerDataPath(), "C:\\Users\\Z\\Local\\Halcyonics\\Lumen Player");
+  EXPECT_EQ(manager.GetAssetCachePath(), "C:\\Users\\Z\\Roaming\\Corva\\Lumen Player\\AssetCache");
+  EXPECT_EQ(manager.GetCacheDirectoryPath(), "C:\\Users\\Z\\Roaming\\Corva\\Lumen Player\\CLCache");
+  EXPECT_EQ(manager.GetPrivateDataPath(), "C:\\Users\\Z\\Roaming\\Corva\\Lumen Player\\CPSPrivateData2");
+}
+
+TEST_F(WindowsFileManagerTest, ProcessValuesAreFilledOnceInUtf8) {
+  system_.SetFolder(Csidl::kAppData, u"C:\\Users\\Zo\u00EB\\Roaming");
+  WindowsFileManager first(platform_);
+  EXPECT_EQ(first.GetAssetCachePath(), "C:\\Users\\Zo\xC3\xAB\\Roaming\\Corva\\Lumen Player\\AssetCache");
+
+  // Another manager, another folder: the value is kept for the process.
+  system_.SetFolder(Csidl::kAppData, u"E:\\Elsewhere");
+  WindowsFileManager second(platform_);
+  EXPECT_EQ(second.GetAssetCachePath(), "C:\\Users\\Zo\xC3\xAB\\Roaming\\Corva\\Lumen Player\\AssetCache");
+  EXPECT_EQ(second.GetCacheDirectoryPath(), "E:\\Elsewhere\\Corva\\Lumen Player\\CLCache");
+}
+
+TEST_F(WindowsFileManagerTest, ValueNotFoundStaysEmptyAndIsTriedAgain) {
+  system_.RemoveFolder(Csidl::kAppData);
+  WindowsFileManager manager(platform_);
+  EXPECT_EQ(manager.GetPrivateDataPath(), "");
+  system_.SetFolder(Csidl::kAppData, u"C:\\Back");
+  EXPECT_EQ(manager.GetPrivateDataPath(), "C:\\Back\\Corva\\Lumen Player\\CPSPrivateData2");
+}
+
+}  // namespace

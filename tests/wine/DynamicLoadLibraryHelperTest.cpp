@@ -1,0 +1,181 @@
+// The run-time helpers over the real system directory of the prefix.
+#include "engine/win32/DynamicLoadLibraryHelper.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cwctype>
+#include <string>
+
+#include "engine/win32/Advapi32DllHelper.h"
+#include "engine/win32/Dinput8DllHelper.h"
+#include "engine/win32/Edpwin32DllHelper.h"
+#include "engine/win32/Kernel32DllHelper.h"
+#include "engine/win32/Shell32DllHelper.h"
+#include "engine/win32/SrpapiDllHelper.h"
+#include "engine/win32/User32DllHelper.h"
+#include "engine/win32/VersionDllHelper.h"
+#include "engine/win32/Win32Platform.h"
+#include "tests/wine/WineTestSupport.h"
+
+using namespace SASM;
+
+namespace {
+
+std::wstring Lower(std::wstring text) {
+  for (wchar_t& c : text) c = static_cast<wchar_t>(towlower(c));
+  return text;
+}
+
+std::wstring Widen(const char* text) { return std::wstring(text, text + strlen(text)); }
+
+std::wstring ModuleFile(HMODULE module) {
+  wchar_t buffer[MAX_PATH];
+  DWORD n = GetModuleFileNameW(module, buffer, MAX_PATH);
+  return std::wstring(buffer, n);
+}
+
+template <typename Helper>
+class PresentLibraryHelper : public ::testing::Test {};
+using PresentHelpers = ::testing::Types<Kernel32DllHelper, User32DllHelper, Advapi32DllHelper, VersionDllHelper,
+                                        Shell32DllHelper, Dinput8DllHelper>;
+TYPED_TEST_SUITE(PresentLibraryHelper, PresentHelpers);
+
+TYPED_TEST(PresentLibraryHelper, LoadsFromTheSystemDirectoryAndBindsItsWholeTable) {
+  TypeParam helper;
+  ASSERT_NE(helper.library(), nullptr);
+  EXPECT_EQ(Lower(ModuleFile(helper.library())),
+            Lower(WineTest::SystemDirectory() + L"\\" + Widen(TypeParam::kLibrary)));
+  EXPECT_EQ(helper.available(), 1);
+  for (size_t i = 0; i < std::size(TypeParam::kFunctions); ++i) {
+    const DllFunction& function = TypeParam::kFunctions[i];
+    EXPECT_EQ(helper.Function(i), GetProcAddress(helper.library(), function.name)) << function.name;
+    if (function.required) EXPECT_NE(helper.Function(i), nullptr) << function.name;
+  }
+}
+
+TEST(DynamicLoadLibraryHelper, TypedEntriesAreTheFunctionsTheyName) {
+  Kernel32DllHelper kernel32;
+  HMODULE module = GetModuleHandleW(L"kernel32.dll");
+  EXPECT_EQ(reinterpret_cast<FARPROC>(kernel32.GetTempPathW()), GetProcAddress(module, "GetTempPathW"));
+  EXPECT_EQ(reinterpret_cast<FARPROC>(kernel32.QueryFullProcessImageNameW()),
+            GetProcAddress(module, "QueryFullProcessImageNameW"));
+  wchar_t buffer[MAX_PATH];
+  EXPECT_GT(kernel32.GetSystemDirectoryW()(buffer, MAX_PATH), 0u);
+  EXPECT_EQ(Lower(buffer), Lower(WineTest::SystemDirectory()));
+
+  User32DllHelper user32;
+  wchar_t text[] = L"abc";
+  EXPECT_EQ(user32.CharUpperBuffW()(text, 3), 3u);
+  EXPECT_STREQ(text, L"ABC");
+}
+
+TEST(DynamicLoadLibraryHelper, OptionalLibrariesMissingUnderWineLeaveTheHelperAvailable) {
+  // This prefix has neither library; a system that has them would bind the function.
+  SrpapiDllHelper srpapi;
+  EXPECT_EQ(srpapi.library(), nullptr);
+  EXPECT_EQ(srpapi.available(), 1);
+  EXPECT_EQ(srpapi.SrpGetEnterpriseIds(), nullptr);
+
+  Edpwin32DllHelper edp;
+  EXPECT_EQ(edp.library(), nullptr);
+  EXPECT_EQ(edp.available(), 1);
+  EXPECT_EQ(edp.ProtectFileToEnterpriseIdentity(), nullptr);
+}
+
+TEST(DynamicLoadLibraryHelper, MissingRequiredFunctionClearsAvailableAndKeepsTheOthers) {
+  DynamicLoadLibraryHelper helper("kernel32.dll", true, false);
+  EXPECT_EQ(helper.Resolve("NoSuchOptionalFunction", false), nullptr);
+  EXPECT_EQ(helper.available(), 1);
+  EXPECT_EQ(helper.Resolve("NoSuchRequiredFunction", true), nullptr);
+  EXPECT_EQ(helper.available(), 0);
+  EXPECT_NE(helper.Resolve("CreateFileW", true), nullptr);
+  EXPECT_EQ(helper.available(), 0);
+}
+
+TEST(DynamicLoadLibraryHelper, MissingLibraryGivesNullFunctionsAndIsSafeToDestroy) {
+  auto* required = new DynamicLoadLibraryHelper("lumen-no-such-library.dll", true, false);
+  EXPECT_EQ(required->library(), nullptr);
+  EXPECT_EQ(required->available(), 0);
+  EXPECT_EQ(required->Resolve("CreateFileW", false), nullptr);
+  delete required;
+
+  DynamicLoadLibraryHelper optional("lumen-no-such-library.dll", false, false);
+  EXPECT_EQ(optional.available(), 1);
+  DynamicLoadLibraryHelper unnamed(nullptr, true, false);
+  EXPECT_EQ(unnamed.library(), nullptr);
+}
+
+TEST(DynamicLoadLibraryHelper, NeverLoadsFromTheSearchPath) {
+  // The module sits beside this program, first on the search path, but not in the system directory.
+  ASSERT_NE(GetFileAttributesW(WineTest::ModulePath().c_str()), INVALID_FILE_ATTRIBUTES);
+  DynamicLoadLibraryHelper helper("LumenUtil.dll", true, false);
+  EXPECT_EQ(helper.library(), nullptr);
+  EXPECT_EQ(helper.available(), 0);
+}
+
+TEST(DynamicLoadLibraryHelper, DestructionFreesTheLibrary) {
+  ASSERT_EQ(GetModuleHandleW(L"mscms.dll"), nullptr) << "another test keeps mscms.dll loaded";
+  {
+    DynamicLoadLibraryHelper helper("mscms.dll", true, false);
+    ASSERT_NE(helper.library(), nullptr);
+    EXPECT_EQ(GetModuleHandleW(L"mscms.dll"), helper.library());
+  }
+  EXPECT_EQ(GetModuleHandleW(L"mscms.dll"), nullptr);
+}
+
+TEST(DynamicLoadLibraryHelper, ProcessHelpersAreBuiltWithThePlatform) {
+  Win32Platform();
+  EXPECT_EQ(ProcessKernel32DllHelper().available(), 1);
+  EXPECT_NE(ProcessKernel32DllHelper().CreateFileW(), nullptr);
+  EXPECT_NE(ProcessDinput8DllHelper().library(), nullptr);
+  EXPECT_EQ(ProcessSrpapiDllHelper().available(), 1);
+  EXPECT_EQ(&ProcessKernel32DllHelper(), &ProcessKernel32DllHelper());
+}
+
+// Run in a fresh copy of this program, where nothing has loaded dinput8.dll yet.
+class ModuleProcessHelpersProbe : public ::testing::Test {
+ public:
+  void TestBody() override {
+    ASSERT_EQ(GetModuleHandleW(L"dinput8.dll"), nullptr);
+    HMODULE module = LoadLibraryW(WineTest::ModulePath().c_str());
+    ASSERT_NE(module, nullptr);
+    // Loading the module, before any Start, builds its process-wide helpers.
+    EXPECT_NE(GetModuleHandleW(L"dinput8.dll"), nullptr);
+    FreeLibrary(module);
+    // Unloading it destroys them, which frees their libraries.
+    EXPECT_EQ(GetModuleHandleW(L"dinput8.dll"), nullptr);
+  }
+};
+
+constexpr char kProbeVariable[] = "LUMEN_PROCESS_HELPERS_PROBE";
+
+const bool kProbeRegistered = [] {
+  if (getenv(kProbeVariable)) {
+    ::testing::RegisterTest("ModuleProcessHelpersProbe", "InFreshProcess", nullptr, nullptr, __FILE__, __LINE__,
+                            []() -> ::testing::Test* { return new ModuleProcessHelpersProbe; });
+  }
+  return true;
+}();
+
+TEST(DynamicLoadLibraryHelper, ModuleBuildsItsProcessHelpersOnLoadAndFreesThemOnUnload) {
+  wchar_t program[MAX_PATH];
+  GetModuleFileNameW(nullptr, program, MAX_PATH);
+  std::wstring command = L"\"" + std::wstring(program) + L"\" --gtest_filter=ModuleProcessHelpersProbe.*";
+  SetEnvironmentVariableA(kProbeVariable, "1");
+  STARTUPINFOW startup = {};
+  startup.cb = sizeof(startup);
+  PROCESS_INFORMATION process = {};
+  BOOL started = CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                                &process);
+  SetEnvironmentVariableA(kProbeVariable, nullptr);
+  ASSERT_TRUE(started) << GetLastError();
+  WaitForSingleObject(process.hProcess, 60000);
+  DWORD exitCode = 1;
+  GetExitCodeProcess(process.hProcess, &exitCode);
+  CloseHandle(process.hThread);
+  CloseHandle(process.hProcess);
+  EXPECT_EQ(exitCode, 0u);
+}
+
+}  // namespace
