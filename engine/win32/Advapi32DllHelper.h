@@ -4,48 +4,43 @@
 
 #include <aclapi.h>
 
-#include <iterator>
-
 namespace SASM {
 
-class Advapi32DllHelper : public DynamicLoadLibraryHelper {
+inline constexpr DllFunction kAdvapi32Functions[] = {
+    {"AllocateAndInitializeSid", true},
+    {"GetNamedSecurityInfoA", true},
+    {"GetNamedSecurityInfoW", false},
+    {"GetSecurityInfo", true},
+    {"SetEntriesInAclA", true},
+    {"SetEntriesInAclW", false},
+    {"SetNamedSecurityInfoA", true},
+    {"SetNamedSecurityInfoW", false},
+    {"SetSecurityInfo", true},
+    {"FreeSid", true},
+    {"GetAclInformation", true},
+    {"GetAce", true},
+    {"EqualSid", true},
+    {"DeleteAce", true},
+    {"CreateWellKnownSid", false},
+    {"OpenProcessToken", true},
+    {"GetTokenInformation", true},
+    {"GetSidSubAuthority", true},
+    {"GetSidSubAuthorityCount", true},
+    {"RegCreateKeyExW", true},
+    {"RegOpenKeyExW", true},
+    {"RegDeleteKeyW", true},
+    {"RegDeleteKeyExW", false},
+    {"RegDeleteValueW", true},
+    {"RegQueryValueExW", true},
+    {"RegSetValueExW", true},
+};
+
+class Advapi32DllHelper : public DllFunctionTable<kAdvapi32Functions> {
  public:
   static constexpr char kLibrary[] = "advapi32.dll";
   static constexpr bool kLibraryRequired = true;
-  // In resolving order; false marks a function whose absence leaves the helper available.
-  static constexpr DllFunction kFunctions[] = {
-      {"AllocateAndInitializeSid", true},
-      {"GetNamedSecurityInfoA", true},
-      {"GetNamedSecurityInfoW", false},
-      {"GetSecurityInfo", true},
-      {"SetEntriesInAclA", true},
-      {"SetEntriesInAclW", false},
-      {"SetNamedSecurityInfoA", true},
-      {"SetNamedSecurityInfoW", false},
-      {"SetSecurityInfo", true},
-      {"FreeSid", true},
-      {"GetAclInformation", true},
-      {"GetAce", true},
-      {"EqualSid", true},
-      {"DeleteAce", true},
-      {"CreateWellKnownSid", false},
-      {"OpenProcessToken", true},
-      {"GetTokenInformation", true},
-      {"GetSidSubAuthority", true},
-      {"GetSidSubAuthorityCount", true},
-      {"RegCreateKeyExW", true},
-      {"RegOpenKeyExW", true},
-      {"RegDeleteKeyW", true},
-      {"RegDeleteKeyExW", false},
-      {"RegDeleteValueW", true},
-      {"RegQueryValueExW", true},
-      {"RegSetValueExW", true},
-  };
 
-  Advapi32DllHelper();
-
-  // Entries by table position, null when the function wasn't found.
-  FARPROC Function(size_t index) const { return functions_[index]; }
+  Advapi32DllHelper() : DllFunctionTable(kLibrary, kLibraryRequired) {}
 
   auto AllocateAndInitializeSid() const {
     return Entry<decltype(&::AllocateAndInitializeSid)>(DllFunctionIndex(kFunctions, "AllocateAndInitializeSid"));
@@ -117,14 +112,6 @@ class Advapi32DllHelper : public DynamicLoadLibraryHelper {
   auto RegSetValueExW() const {
     return Entry<decltype(&::RegSetValueExW)>(DllFunctionIndex(kFunctions, "RegSetValueExW"));
   }
-
- private:
-  template <typename Signature>
-  Signature Entry(size_t index) const {
-    return As<Signature>(functions_[index]);
-  }
-
-  FARPROC functions_[std::size(kFunctions)];
 };
 
 }  // namespace SASM

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <string_view>
 
 namespace SASM {
@@ -57,6 +58,32 @@ class DynamicLoadLibraryHelper {
 
   HMODULE library_ = nullptr;
   uint8_t available_ = 1;
+};
+
+// A helper whose functions are one table, resolved in the table's order when
+// it is built. Derived helpers add one typed getter per entry.
+template <const auto& Table>
+class DllFunctionTable : public DynamicLoadLibraryHelper {
+ public:
+  // In resolving order; false marks a function whose absence leaves the helper available.
+  static constexpr const auto& kFunctions = Table;
+
+  // Entries by table position, null when the function wasn't found.
+  FARPROC Function(size_t index) const { return functions_[index]; }
+
+ protected:
+  DllFunctionTable(const char* libraryName, bool libraryRequired)
+      : DynamicLoadLibraryHelper(libraryName, libraryRequired, false) {
+    ResolveTable(Table, functions_);
+  }
+
+  template <typename Signature>
+  Signature Entry(size_t index) const {
+    return As<Signature>(functions_[index]);
+  }
+
+ private:
+  FARPROC functions_[std::size(Table)];
 };
 
 }  // namespace SASM

@@ -1,47 +1,42 @@
 #pragma once
 // "kernel32.dll" bound at run time (required). The kernel's file, process and path functions.
-#include <iterator>
-
 #include "engine/win32/DynamicLoadLibraryHelper.h"
 
 namespace SASM {
 
-class Kernel32DllHelper : public DynamicLoadLibraryHelper {
+inline constexpr DllFunction kKernel32Functions[] = {
+    {"GetUserDefaultUILanguage", false},
+    {"CreateDirectoryW", true},
+    {"CreateFileW", true},
+    {"CreateProcessW", true},
+    {"DeleteFileW", true},
+    {"GetModuleFileNameW", true},
+    {"MoveFileExA", true},
+    {"MoveFileExW", true},
+    {"RemoveDirectoryW", true},
+    {"GetSystemDirectoryW", true},
+    {"ExpandEnvironmentStringsW", true},
+    {"FindFirstFileW", true},
+    {"FindNextFileW", true},
+    {"GetFileAttributesW", true},
+    {"SetFileAttributesW", true},
+    {"GetFileAttributesExW", true},
+    {"GetCurrentDirectoryW", true},
+    {"SetCurrentDirectoryW", true},
+    {"GetTempPathW", true},
+    {"GetTempFileNameW", true},
+    {"CopyFileW", true},
+    {"GetFullPathNameW", true},
+    {"GetVolumeInformationW", true},
+    {"QueryFullProcessImageNameW", false},
+};
+
+class Kernel32DllHelper : public DllFunctionTable<kKernel32Functions> {
  public:
   static constexpr char kLibrary[] = "kernel32.dll";
   static constexpr bool kLibraryRequired = true;
-  // In resolving order; false marks a function whose absence leaves the helper available.
-  static constexpr DllFunction kFunctions[] = {
-      {"GetUserDefaultUILanguage", false},
-      {"CreateDirectoryW", true},
-      {"CreateFileW", true},
-      {"CreateProcessW", true},
-      {"DeleteFileW", true},
-      {"GetModuleFileNameW", true},
-      {"MoveFileExA", true},
-      {"MoveFileExW", true},
-      {"RemoveDirectoryW", true},
-      {"GetSystemDirectoryW", true},
-      {"ExpandEnvironmentStringsW", true},
-      {"FindFirstFileW", true},
-      {"FindNextFileW", true},
-      {"GetFileAttributesW", true},
-      {"SetFileAttributesW", true},
-      {"GetFileAttributesExW", true},
-      {"GetCurrentDirectoryW", true},
-      {"SetCurrentDirectoryW", true},
-      {"GetTempPathW", true},
-      {"GetTempFileNameW", true},
-      {"CopyFileW", true},
-      {"GetFullPathNameW", true},
-      {"GetVolumeInformationW", true},
-      {"QueryFullProcessImageNameW", false},
-  };
 
-  Kernel32DllHelper();
-
-  // Entries by table position, null when the function wasn't found.
-  FARPROC Function(size_t index) const { return functions_[index]; }
+  Kernel32DllHelper() : DllFunctionTable(kLibrary, kLibraryRequired) {}
 
   auto GetUserDefaultUILanguage() const {
     return Entry<decltype(&::GetUserDefaultUILanguage)>(DllFunctionIndex(kFunctions, "GetUserDefaultUILanguage"));
@@ -103,14 +98,6 @@ class Kernel32DllHelper : public DynamicLoadLibraryHelper {
   auto QueryFullProcessImageNameW() const {
     return Entry<decltype(&::QueryFullProcessImageNameW)>(DllFunctionIndex(kFunctions, "QueryFullProcessImageNameW"));
   }
-
- private:
-  template <typename Signature>
-  Signature Entry(size_t index) const {
-    return As<Signature>(functions_[index]);
-  }
-
-  FARPROC functions_[std::size(kFunctions)];
 };
 
 }  // namespace SASM

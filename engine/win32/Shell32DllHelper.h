@@ -7,24 +7,19 @@
 // shellapi.h brings the macro back; ISystem has a member of that name.
 #undef ShellExecute
 
-#include <iterator>
-
 namespace SASM {
 
-class Shell32DllHelper : public DynamicLoadLibraryHelper {
+inline constexpr DllFunction kShell32Functions[] = {
+    {"SHGetFolderPathW", false},
+    {"ShellExecuteExW", true},
+};
+
+class Shell32DllHelper : public DllFunctionTable<kShell32Functions> {
  public:
   static constexpr char kLibrary[] = "shell32.dll";
   static constexpr bool kLibraryRequired = true;
-  // In resolving order; false marks a function whose absence leaves the helper available.
-  static constexpr DllFunction kFunctions[] = {
-      {"SHGetFolderPathW", false},
-      {"ShellExecuteExW", true},
-  };
 
-  Shell32DllHelper();
-
-  // Entries by table position, null when the function wasn't found.
-  FARPROC Function(size_t index) const { return functions_[index]; }
+  Shell32DllHelper() : DllFunctionTable(kLibrary, kLibraryRequired) {}
 
   auto SHGetFolderPathW() const {
     return Entry<decltype(&::SHGetFolderPathW)>(DllFunctionIndex(kFunctions, "SHGetFolderPathW"));
@@ -32,14 +27,6 @@ class Shell32DllHelper : public DynamicLoadLibraryHelper {
   auto ShellExecuteExW() const {
     return Entry<decltype(&::ShellExecuteExW)>(DllFunctionIndex(kFunctions, "ShellExecuteExW"));
   }
-
- private:
-  template <typename Signature>
-  Signature Entry(size_t index) const {
-    return As<Signature>(functions_[index]);
-  }
-
-  FARPROC functions_[std::size(kFunctions)];
 };
 
 }  // namespace SASM

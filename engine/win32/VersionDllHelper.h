@@ -4,25 +4,20 @@
 
 #include <winver.h>
 
-#include <iterator>
-
 namespace SASM {
 
-class VersionDllHelper : public DynamicLoadLibraryHelper {
+inline constexpr DllFunction kVersionFunctions[] = {
+    {"GetFileVersionInfoSizeW", true},
+    {"GetFileVersionInfoW", true},
+    {"VerQueryValueW", true},
+};
+
+class VersionDllHelper : public DllFunctionTable<kVersionFunctions> {
  public:
   static constexpr char kLibrary[] = "version.dll";
   static constexpr bool kLibraryRequired = true;
-  // In resolving order; false marks a function whose absence leaves the helper available.
-  static constexpr DllFunction kFunctions[] = {
-      {"GetFileVersionInfoSizeW", true},
-      {"GetFileVersionInfoW", true},
-      {"VerQueryValueW", true},
-  };
 
-  VersionDllHelper();
-
-  // Entries by table position, null when the function wasn't found.
-  FARPROC Function(size_t index) const { return functions_[index]; }
+  VersionDllHelper() : DllFunctionTable(kLibrary, kLibraryRequired) {}
 
   auto GetFileVersionInfoSizeW() const {
     return Entry<decltype(&::GetFileVersionInfoSizeW)>(DllFunctionIndex(kFunctions, "GetFileVersionInfoSizeW"));
@@ -33,14 +28,6 @@ class VersionDllHelper : public DynamicLoadLibraryHelper {
   auto VerQueryValueW() const {
     return Entry<decltype(&::VerQueryValueW)>(DllFunctionIndex(kFunctions, "VerQueryValueW"));
   }
-
- private:
-  template <typename Signature>
-  Signature Entry(size_t index) const {
-    return As<Signature>(functions_[index]);
-  }
-
-  FARPROC functions_[std::size(kFunctions)];
 };
 
 }  // namespace SASM

@@ -1,9 +1,0 @@
-#include "engine/win32/VersionDllHelper.h"
-
-namespace SASM {
-
-VersionDllHelper::VersionDllHelper() : DynamicLoadLibraryHelper(kLibrary, kLibraryRequired, false) {
-  ResolveTable(kFunctions, functions_);
-}
-
-}  // namespace SASM
