@@ -2,12 +2,20 @@
 
 #include <new>
 
+#include "broker/BrokerRegistration.h"
 #include "engine/ErrorCodes.h"
 #include "engine/HostCallbacks.h"
 #include "engine/InstallEngine.h"
+#include "engine/ProductIds.h"
 #include "engine/ProductKind.h"
 #include "engine/Reporter.h"
 #include "engine/SettingsTree.h"
+#include "install/BrowserRefresh.h"
+#include "install/ControlRegistration.h"
+#include "install/ControlSelfRegistration.h"
+#include "install/FileProtection.h"
+#include "install/ProductInventory.h"
+#include "install/ReportingRegistry.h"
 
 namespace SASM {
 
@@ -52,14 +60,29 @@ void LumenBrokerShim::DestroyUI(void*, MorphUI* ui) {
   if (ui) ReportNotAvailable(u"DestroyUI");
 }
 
-bool LumenBrokerShim::ReleaseTypeMatches(uint32_t, uint32_t) {
-  ReportNotAvailable(u"ReleaseTypeMatches");
-  return false;
+bool LumenBrokerShim::ReleaseTypeMatches(uint32_t kinds, uint32_t expected) {
+  return ProductInventory(*host, *platform_.registry).ReleaseTypeMatches(kinds, expected);
 }
 
-bool LumenBrokerShim::CheckInstallAllowed(uint32_t, int32_t&, uint32_t) {
-  ReportNotAvailable(u"CheckInstallAllowed");
-  return false;
+bool LumenBrokerShim::CheckInstallAllowed(uint32_t kinds, int32_t& code, uint32_t mode) {
+  int32_t versionRefused = mode == 1 ? ErrorCode::kVersionRefusedMode1 : ErrorCode::kVersionRefused;
+  ProductInventory inventory(*host, *platform_.registry);
+  for (uint32_t kind : ProductKind::kAll) {
+    if (!(kinds & kind)) continue;
+    if (!ReleaseTypeMatches(kind, mode)) {
+      code = ErrorCode::kReleaseTypeMismatch;
+      return false;
+    }
+    // Only ActiveX consults the safe list; only the plug-ins refuse a downgrade.
+    bool allowed = kind == ProductKind::kActiveX
+                       ? inventory.IsSafeVersion()
+                       : inventory.CompareInstalledVersion(kind) != ProductInventory::kNewer;
+    if (!allowed) {
+      code = versionRefused;
+      return false;
+    }
+  }
+  return true;
 }
 
 bool LumenBrokerShim::IsUacEnabled() {
@@ -77,9 +100,18 @@ bool LumenBrokerShim::UninstallProduct(uint32_t, MString, uint8_t) {
   return false;
 }
 
-bool LumenBrokerShim::RegisterProduct(uint32_t, MString, MString, MString, uint8_t) {
-  ReportNotAvailable(u"RegisterProduct");
-  return false;
+bool LumenBrokerShim::RegisterProduct(uint32_t kind, MString playerPath, MString uninstallerPath, MString,
+                                      uint8_t writeUninstallEntry) {
+  registrationReached = 0;
+  if (!RegisterBrokerServer(uninstallerPath, kind)) return false;
+  if (kind == ProductKind::kActiveX && !RegisterActiveXControl(playerPath)) return false;
+  if (kind == ProductKind::kNpapi && !RegisterPluginEntry(playerPath)) return false;
+  registrationReached = 1;
+  ControlRegistration registration(*this, platform_);
+  // Both write sequences report their own failures; neither changes the answer.
+  if (writeUninstallEntry) registration.WriteUninstallEntry(kind, uninstallerPath);
+  registration.WriteInventory(playerPath, uninstallerPath, kind);
+  return true;
 }
 
 bool LumenBrokerShim::RemoveUpdateService(void*, MString) {
@@ -112,29 +144,45 @@ bool LumenBrokerShim::RefreshElevationPolicy() {
   return false;
 }
 
-bool LumenBrokerShim::RegisterBrokerServer(MString, uint32_t) {
-  ReportNotAvailable(u"RegisterBrokerServer");
-  return false;
+bool LumenBrokerShim::RegisterBrokerServer(MString path, uint32_t kind) {
+  if (kind != ProductKind::kActiveX) return true;
+  BrokerRegistration::WriteBrokerRegistration(*platform_.registry, path.NarrowString().c_str(), true);
+  FileProtection(platform_).ProtectFile(path, true);
+  BrowserRefresh(*this, platform_).AskBrowsersToRefresh();
+  return true;
 }
 
-bool LumenBrokerShim::RegisterActiveXControl(MString) {
-  ReportNotAvailable(u"RegisterActiveXControl");
-  return false;
+bool LumenBrokerShim::RegisterActiveXControl(MString path) {
+  if (!ControlSelfRegistration(*this, platform_).RegisterControl(path)) return false;
+  FileProtection protection(platform_);
+  protection.ProtectFile(path, true);
+  protection.RepairRegistryAccess();
+  return true;
 }
 
-bool LumenBrokerShim::RegisterPluginEntry(MString) {
-  ReportNotAvailable(u"RegisterPluginEntry");
-  return false;
+bool LumenBrokerShim::RegisterPluginEntry(MString path) {
+  // True whatever the writes did: their failures are in the log.
+  ControlRegistration(*this, platform_).WritePluginRegistry(path);
+  return true;
 }
 
-bool LumenBrokerShim::UnregisterActiveXControl(uint8_t, MString) {
-  ReportNotAvailable(u"UnregisterActiveXControl");
-  return false;
+bool LumenBrokerShim::UnregisterActiveXControl(uint8_t removeSafeVersions, MString) {
+  MString key(u"Software\\Classes\\CLSID\\");
+  key.Append(MString(std::u16string_view(ProductIds::kControlClass.WideText()))).Append(u"\\InprocServer32");
+  MString path;
+  bool found = ReportingRegistry(*host, *platform_.registry).ReadString(RegistryHive::Machine, key, u"", path);
+  if (found) {
+    FileProtection(platform_).ProtectFile(path, false);
+    ControlSelfRegistration(*this, platform_).UnregisterControl(path);
+  }
+  if (removeSafeVersions) ProductInventory(*host, *platform_.registry).DeleteSafeVersions();
+  return found;
 }
 
 bool LumenBrokerShim::StopPlayers() {
-  ReportNotAvailable(u"StopPlayers");
-  return false;
+  Reporter::Report(*host, Severity::kInfo, ErrorCode::kStopPlayers);
+  FileProtection(platform_).RepairRegistryAccess();
+  return true;
 }
 
 int32_t LumenBrokerShim::RunBroker() {
@@ -261,9 +309,8 @@ bool LumenBrokerShim::IsBadRealPlayer() {
   return !major.IsEmpty() && major.At(0) == u'6';
 }
 
-int32_t LumenBrokerShim::GetInstalledVersionState(uint32_t) {
-  ReportNotAvailable(u"GetInstalledVersionState");
-  return 0;
+int32_t LumenBrokerShim::GetInstalledVersionState(uint32_t kind) {
+  return ProductInventory(*host, *platform_.registry).CompareInstalledVersion(kind);
 }
 
 uint8_t LumenBrokerShim::WasRegistrationReached() { return registrationReached; }

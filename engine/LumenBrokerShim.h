@@ -71,6 +71,9 @@ class LumenBrokerShim {
   virtual int32_t GetInstalledVersionState(uint32_t kind);
   virtual uint8_t WasRegistrationReached();
 
+  // The seams this shim runs on, for the installation and removal steps it builds.
+  const Platform& GetPlatform() const { return platform_; }
+
   HostCallbacks* host;
   InstallEngine* engine;
   MString browserName;

@@ -9,4 +9,11 @@ inline constexpr char kWebDomain[] = "www.halcyonics.example";
 inline constexpr char kDownloadHost[] = "download.halcyonics.example";
 inline constexpr char kRedirectHost[] = "redirect.halcyonics.example";
 
+// Pages named by the Add/Remove Programs entry.
+inline constexpr char16_t kSupportUrl[] = u"https://www.halcyonics.example/go/lumenplayer_support/";
+inline constexpr char16_t kHomeUrl[] = u"https://www.halcyonics.example/";
+inline constexpr char16_t kUpdateUrl[] = u"https://www.halcyonics.example/go/getlumenplayer/";
+// The plug-in's id under the browsers' plug-in key: the vendor domain and the product.
+inline constexpr char16_t kPluginId[] = u"@halcyonics.example/LumenPlayer";
+
 }  // namespace SASM::Vendor

@@ -39,7 +39,9 @@ bool ParseNumber(const std::u16string& text, uint32_t& value) {
 const char* HostOptions::Usage() {
   return "usage: LumenUtilHost [-lists] [-settings FILE] [-module FILE] [-activex] [-npapi] [-ppapi] [-release]\n"
          "                     [-flags N] [-source N] [-help]\n"
+         "       LumenUtilHost -install KIND... -player PATH -uninstaller PATH [-uninstall-entry] [...]\n"
          "  -lists     load the engine's lists from the settings and print them with the message log (default)\n"
+         "  -install   register each selected kind for the files at the given paths and print the message log\n"
          "  -Embedding run the broker server (as started by COM)\n";
 }
 
@@ -66,6 +68,8 @@ bool HostOptions::Parse(const std::vector<std::u16string>& args) {
     if (arg == u"-lists") mode = Mode::Lists;
     else if (arg == u"-Embedding" || arg == u"/Embedding" || arg == u"-broker") mode = Mode::Broker;
     else if (arg == u"-help" || arg == u"/?" || arg == u"-h") mode = Mode::Help;
+    else if (arg == u"-install") mode = Mode::Install;
+    else if (arg == u"-uninstall-entry") writeUninstallEntry = true;
     else if (arg == u"-activex") flags |= ProductKind::kActiveX;
     else if (arg == u"-npapi") flags |= ProductKind::kNpapi;
     else if (arg == u"-ppapi") flags |= ProductKind::kPpapi;
@@ -74,12 +78,26 @@ bool HostOptions::Parse(const std::vector<std::u16string>& args) {
       if (!value(settingsPath)) return false;
     } else if (arg == u"-module") {
       if (!value(modulePath)) return false;
+    } else if (arg == u"-player") {
+      if (!value(playerPath)) return false;
+    } else if (arg == u"-uninstaller") {
+      if (!value(uninstallerPath)) return false;
     } else if (arg == u"-flags") {
       if (!number(flags)) return false;
     } else if (arg == u"-source") {
       if (!number(installSource)) return false;
     } else {
       error = "unknown switch: " + Narrow(arg);
+      return false;
+    }
+  }
+  if (mode == Mode::Install) {
+    if (!(flags & (ProductKind::kActiveX | ProductKind::kNpapi | ProductKind::kPpapi))) {
+      error = "-install needs a kind: -activex, -npapi or -ppapi";
+      return false;
+    }
+    if (playerPath.empty() || uninstallerPath.empty()) {
+      error = "-install needs -player PATH and -uninstaller PATH";
       return false;
     }
   }

@@ -7,16 +7,20 @@
 namespace SASM {
 
 struct HostOptions {
-  enum class Mode { Lists, Broker, Help };
+  enum class Mode { Lists, Broker, Install, Help };
 
   Mode mode = Mode::Lists;
   std::u16string settingsPath;  // -settings FILE; default beside the executable
   std::u16string modulePath;    // -module FILE; default LumenUtil.dll beside the executable
   uint32_t flags = 0;           // -activex -npapi -ppapi -release, or -flags N
   uint32_t installSource = 0;   // -source N
+  std::u16string playerPath;       // -player PATH, for -install
+  std::u16string uninstallerPath;  // -uninstaller PATH, for -install
+  bool writeUninstallEntry = false;  // -uninstall-entry
   std::string error;            // one line when parsing failed
 
-  // False with error set on an unknown switch or a missing or bad argument.
+  // False with error set on an unknown switch, a missing or bad argument, or an
+  // -install that lacks a kind or one of its two paths.
   bool Parse(const std::vector<std::u16string>& args);
   static const char* Usage();
 };

@@ -3,7 +3,10 @@
 #include "engine/win32/Dinput8DllHelper.h"
 #include "engine/win32/Kernel32DllHelper.h"
 #include "engine/win32/SrpapiDllHelper.h"
+#include "engine/win32/Win32AccessControl.h"
 #include "engine/win32/Win32FileSystem.h"
+#include "engine/win32/Win32ModuleLoader.h"
+#include "engine/win32/Win32Processes.h"
 #include "engine/win32/Win32Registry.h"
 #include "engine/win32/Win32System.h"
 
@@ -17,7 +20,10 @@ const Platform& Win32Platform() {
   static Win32Registry registry;
   static Win32FileSystem files;
   static Win32System system;
-  static const Platform platform{&registry, &files, &system};
+  static Win32ModuleLoader modules;
+  static Win32Processes processes;
+  static Win32AccessControl access;
+  static const Platform platform{&registry, &files, &system, &modules, &processes, &access};
   return platform;
 }
 

@@ -16,6 +16,7 @@
 #undef DeleteFile
 #undef MoveFileEx
 #undef CopyFile
+#undef ReplaceFile
 #undef FindFirstFile
 #undef FindNextFile
 #undef GetFileAttributes

@@ -9,6 +9,7 @@
 
 #include "engine/HostCallbacks.h"
 #include "engine/LumenBrokerShim.h"
+#include "engine/ProductKind.h"
 #include "engine/win32/WideText.h"
 #include "host/HostOptions.h"
 #include "host/ReferenceHost.h"
@@ -19,7 +20,15 @@ namespace {
 
 using StartFn = LumenBrokerShim* (*)(HostCallbacks*);
 
-enum ExitCode { kOk = 0, kBadSwitch = 2, kBadSettings = 3, kBadModule = 4, kNoShim = 5, kListsIncomplete = 6 };
+enum ExitCode {
+  kOk = 0,
+  kBadSwitch = 2,
+  kBadSettings = 3,
+  kBadModule = 4,
+  kNoShim = 5,
+  kListsIncomplete = 6,
+  kRegistrationFailed = 7
+};
 
 void Print(const std::string& text) { std::fputs(text.c_str(), stdout); }
 
@@ -93,6 +102,21 @@ int ShowLists(LumenBrokerShim& shim, ReferenceHost& host) {
   return loaded ? kOk : kListsIncomplete;
 }
 
+// Registers each selected kind, in the order 8, 16, 32768, for the files at the given paths.
+int Install(LumenBrokerShim& shim, ReferenceHost& host, const HostOptions& options) {
+  bool all = true;
+  for (uint32_t kind : ProductKind::kAll) {
+    if (!(options.flags & kind)) continue;
+    bool registered = shim.RegisterProduct(kind, MString(std::u16string_view(options.playerPath)),
+                                           MString(std::u16string_view(options.uninstallerPath)), MString(),
+                                           options.writeUninstallEntry ? 1 : 0);
+    Print("RegisterProduct " + std::to_string(kind) + ": " + (registered ? "true" : "false") + "\n");
+    all = all && registered;
+  }
+  Print("Message log (" + std::to_string(host.Log().Count()) + "):\n" + host.FormatLog());
+  return all ? kOk : kRegistrationFailed;
+}
+
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
@@ -138,6 +162,8 @@ int wmain(int argc, wchar_t** argv) {
     if (options.mode == HostOptions::Mode::Broker) {
       result = shim->RunBroker();
       if (host.Log().Count() > 0) std::fputs(host.FormatLog().c_str(), stderr);
+    } else if (options.mode == HostOptions::Mode::Install) {
+      result = Install(*shim, host, options);
     } else {
       result = ShowLists(*shim, host);
     }

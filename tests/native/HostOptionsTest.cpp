@@ -26,6 +26,21 @@ TEST(HostOptions, ComStartSelectsTheBroker) {
   EXPECT_EQ(options.mode, HostOptions::Mode::Broker);
 }
 
+TEST(HostOptions, InstallTakesTheKindsAndBothPaths) {
+  HostOptions options;
+  ASSERT_TRUE(options.Parse({u"-install", u"-activex", u"-ppapi", u"-player", u"C:\\LumenCtrl.ocx", u"-uninstaller",
+                             u"C:\\LumenUtil_ActiveX.exe", u"-uninstall-entry"}));
+  EXPECT_EQ(options.mode, HostOptions::Mode::Install);
+  EXPECT_EQ(options.flags, 8u | 32768u);
+  EXPECT_EQ(options.playerPath, u"C:\\LumenCtrl.ocx");
+  EXPECT_EQ(options.uninstallerPath, u"C:\\LumenUtil_ActiveX.exe");
+  EXPECT_TRUE(options.writeUninstallEntry);
+  HostOptions plain;
+  ASSERT_TRUE(plain.Parse({u"-player", u"p"}));
+  EXPECT_FALSE(plain.writeUninstallEntry);
+  EXPECT_EQ(plain.mode, HostOptions::Mode::Lists) << "the paths alone choose no mode";
+}
+
 TEST(HostOptions, BadInputIsOneLineOfError) {
   struct Case {
     std::vector<std::u16string> args;
@@ -34,7 +49,12 @@ TEST(HostOptions, BadInputIsOneLineOfError) {
   for (const Case& c : {Case{{u"-bogus"}, "unknown switch: -bogus"},
                         Case{{u"-settings"}, "missing argument after -settings"},
                         Case{{u"-flags", u"12x"}, "not a number after -flags: 12x"},
-                        Case{{u"-source", u"99999999999"}, "not a number after -source: 99999999999"}}) {
+                        Case{{u"-source", u"99999999999"}, "not a number after -source: 99999999999"},
+                        Case{{u"-install", u"-player", u"p", u"-uninstaller", u"u"},
+                             "-install needs a kind: -activex, -npapi or -ppapi"},
+                        Case{{u"-install", u"-npapi", u"-player", u"p"},
+                             "-install needs -player PATH and -uninstaller PATH"},
+                        Case{{u"-install", u"-npapi", u"-uninstaller"}, "missing argument after -uninstaller"}}) {
     HostOptions options;
     EXPECT_FALSE(options.Parse(c.args));
     EXPECT_EQ(options.error, c.error);

@@ -1,0 +1,155 @@
+#include "removal/RegistryKeyFamilies.h"
+
+#include <cstring>
+#include <string>
+
+#include "engine/ClassId.h"
+#include "engine/IRegistry.h"
+#include "engine/ProductIds.h"
+
+namespace SASM {
+namespace {
+
+using Family = RegistryKeyFamilies::Family;
+namespace Ids = ProductIds;
+
+constexpr char kMachineClsid[] = "MACHINE\\Software\\Classes\\CLSID\\";
+constexpr char kMachineInterface[] = "MACHINE\\Software\\Classes\\Interface\\";
+constexpr char kMachineTypeLib[] = "MACHINE\\Software\\Classes\\TypeLib\\";
+constexpr char kRootClsid[] = "CLASSES_ROOT\\CLSID\\";
+constexpr char kRootInterface[] = "CLASSES_ROOT\\Interface\\";
+constexpr char kRootTypeLib[] = "CLASSES_ROOT\\TypeLib\\";
+
+// A row is a fixed name, a prefix followed by an id's text, or a whole nested family.
+struct Row {
+  const char* text;
+  const ClassId* id = nullptr;
+  const Family* nested = nullptr;
+};
+
+constexpr Family kControl = Family::Control;
+constexpr Family kProgramId = Family::ProgramId;
+
+constexpr Row kActiveXMachineClasses[] = {
+    {kMachineClsid, &Ids::kEarlierControls[0].classId},     {kMachineInterface, &Ids::kEarlierControls[0].interfaceId},
+    {kMachineClsid, &Ids::kEarlierControls[1].classId},     {kMachineInterface, &Ids::kEarlierControls[1].interfaceId},
+    {kMachineClsid, &Ids::kEarlierControls[2].classId},     {kMachineInterface, &Ids::kEarlierControls[2].interfaceId},
+    {kMachineClsid, &Ids::kEarlierControls[3].classId},     {kMachineInterface, &Ids::kEarlierControls[3].interfaceId},
+    {kMachineClsid, &Ids::kEarlierControls[4].classId},     {kMachineInterface, &Ids::kEarlierControls[4].interfaceId},
+    {nullptr, nullptr, &kControl},
+};
+
+constexpr Row kControlFamily[] = {
+    {kMachineClsid, &Ids::kControlClass},
+    {kMachineInterface, &Ids::kControlInterface},
+    {kMachineTypeLib, &Ids::kControlTypeLibrary},
+};
+
+constexpr Row kSecondControl[] = {
+    {kMachineClsid, &Ids::kFormerControlClass},
+    {kMachineClsid, &Ids::kFormerPropertyPageClass},
+    {kMachineTypeLib, &Ids::kFormerTypeLibrary},
+};
+
+constexpr Row kProgramIdFamily[] = {
+    {"CLASSES_ROOT\\TidewaterLumen.TidewaterLumen"},
+    {"CLASSES_ROOT\\TidewaterLumen.TidewaterLumen.1"},
+    {"CLASSES_ROOT\\TidewaterLumen.TidewaterLumen.3"},
+    {"CLASSES_ROOT\\TidewaterLumen.TidewaterLumen.4"},
+    {"CLASSES_ROOT\\TidewaterLumen.TidewaterLumen.5"},
+    {"CLASSES_ROOT\\TidewaterLumen.TidewaterLumen.6"},
+    {"CLASSES_ROOT\\TidewaterLumen.TidewaterLumen.7"},
+    {"CLASSES_ROOT\\TidewaterLumen.TidewaterLumen.8"},
+    {"CLASSES_ROOT\\TidewaterLumen.TidewaterLumen.9"},
+    {"CLASSES_ROOT\\TidewaterLumen.TidewaterLumen.10"},
+    {"CLASSES_ROOT\\TidewaterLumen.TidewaterLumen.11"},
+    {"CLASSES_ROOT\\MIME\\Database\\Content Type\\application/futureglint"},
+    {"CLASSES_ROOT\\MIME\\Database\\Content Type\\application/x-tidewater-lumen"},
+};
+
+// ".2" is absent from both program id lists by design.
+constexpr Row kClassRoot[] = {
+    {kRootClsid, &Ids::kLegacyPlayerClass},
+    {kRootClsid, &Ids::kLegacyFactoryClass},
+    {kRootInterface, &Ids::kLegacyPlayerInterface},
+    {kRootTypeLib, &Ids::kLegacyTypeLibrary},
+    {"CLASSES_ROOT\\TypeLib\\{57A0E746-3863-4D20-A811-950C84F1DB9B}"},
+    {"CLASSES_ROOT\\.fgl"},
+    {"CLASSES_ROOT\\.twl"},
+    {"CLASSES_ROOT\\.hcp"},
+    {"CLASSES_ROOT\\.sol"},
+    {"CLASSES_ROOT\\.sor"},
+    {"CLASSES_ROOT\\LumenFactory.LumenFactory"},
+    {"CLASSES_ROOT\\LumenFactory.LumenFactory.1"},
+    {"CLASSES_ROOT\\LumenProp.LumenProp"},
+    {"CLASSES_ROOT\\LumenProp.LumenProp.1"},
+    {nullptr, nullptr, &kProgramId},
+    {"CLASSES_ROOT\\HalcyonicsLumenPaper.HalcyonicsLumenPaper"},
+    {"CLASSES_ROOT\\MIME\\Database\\Content Type\\application/futureglint"},
+    {"CLASSES_ROOT\\MIME\\Database\\Content Type\\application/x-tidewater-lumen"},
+    {kRootClsid, &Ids::kLegacyPropertyClass},
+    {"MACHINE\\Software\\Classes\\TidewaterLumen.TidewaterLumen"},
+    {"MACHINE\\Software\\Classes\\TidewaterLumen.TidewaterLumen.1"},
+    {"MACHINE\\Software\\Classes\\TidewaterLumen.TidewaterLumen.3"},
+    {"MACHINE\\Software\\Classes\\TidewaterLumen.TidewaterLumen.4"},
+    {"MACHINE\\Software\\Classes\\TidewaterLumen.TidewaterLumen.5"},
+    {"MACHINE\\Software\\Classes\\TidewaterLumen.TidewaterLumen.6"},
+    {"MACHINE\\Software\\Classes\\TidewaterLumen.TidewaterLumen.7"},
+    {"MACHINE\\Software\\Classes\\TidewaterLumen.TidewaterLumen.8"},
+    {"MACHINE\\Software\\Classes\\TidewaterLumen.TidewaterLumen.9"},
+    {"MACHINE\\Software\\Classes\\TidewaterLumen.TidewaterLumen.10"},
+    {"MACHINE\\Software\\Classes\\TidewaterLumen.TidewaterLumen.11"},
+    {kMachineClsid, &Ids::kLegacyMachineClass},
+    {"MACHINE\\Software\\Microsoft\\Internet Explorer\\NavigatorPluginsList\\Tidewater Lumen\\application/futureglint"},
+    {"MACHINE\\Software\\Microsoft\\Internet Explorer\\NavigatorPluginsList\\Tidewater Lumen\\application/"
+     "x-tidewater-lumen"},
+};
+
+template <size_t N>
+void WalkRows(const Row (&rows)[N], RegistryKeyFamilies::Visitor visitor, void* context) {
+  for (const Row& row : rows) {
+    if (row.nested) {
+      RegistryKeyFamilies::Walk(*row.nested, visitor, context);
+      continue;
+    }
+    std::string name = row.text;
+    if (row.id) name += row.id->Text();
+    visitor(context, name.c_str());
+  }
+}
+
+}  // namespace
+
+void RegistryKeyFamilies::Walk(Family family, Visitor visitor, void* context) {
+  switch (family) {
+    case Family::ActiveXMachineClasses: WalkRows(kActiveXMachineClasses, visitor, context); break;
+    case Family::Control: WalkRows(kControlFamily, visitor, context); break;
+    case Family::SecondControl: WalkRows(kSecondControl, visitor, context); break;
+    case Family::ClassRoot: WalkRows(kClassRoot, visitor, context); break;
+    case Family::ProgramId: WalkRows(kProgramIdFamily, visitor, context); break;
+  }
+}
+
+void RegistryKeyFamilies::Walk(Selection selection, Visitor visitor, void* context) {
+  if (selection == Selection::ActiveXClasses) {
+    Walk(Family::ActiveXMachineClasses, visitor, context);
+    return;
+  }
+  Walk(Family::SecondControl, visitor, context);
+  Walk(Family::ClassRoot, visitor, context);
+}
+
+int32_t RegistryKeyFamilies::DeleteMachineKey(IRegistry& registry, const char* keyName) {
+  constexpr size_t kRootLength = sizeof(kMachineRoot) - 1;
+  if (!keyName || std::strncmp(keyName, kMachineRoot, kRootLength) != 0) return 0;
+  std::u16string path;
+  for (const char* p = keyName + kRootLength; *p; ++p) path.push_back(static_cast<unsigned char>(*p));
+  return registry.DeleteTree(RegistryHive::Machine, path);
+}
+
+void RegistryKeyFamilies::DeleteVisitor(void* registry, const char* keyName) {
+  // The walk goes on whatever a deletion answers: removal runs on half-installed systems too.
+  DeleteMachineKey(*static_cast<IRegistry*>(registry), keyName);
+}
+
+}  // namespace SASM

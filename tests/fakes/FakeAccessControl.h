@@ -1,0 +1,29 @@
+#pragma once
+// Records access-list changes for native tests; any path can be told to fail.
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engine/IAccessControl.h"
+
+namespace SASM {
+
+class FakeAccessControl : public IAccessControl {
+ public:
+  // "Ensure <path> type=<t> account=<a> mask=<hex>" or "Remove ...", one line per call.
+  const std::vector<std::string>& Log() const { return log_; }
+  void FailPath(std::u16string_view path, int32_t status) { failures_[std::u16string(path)] = status; }
+
+  int32_t EnsureAccess(std::u16string_view path, int32_t objectType, int32_t account, uint32_t mask) override;
+  int32_t RemoveAccess(std::u16string_view path, int32_t objectType, int32_t account, uint32_t mask) override;
+
+ private:
+  int32_t Record(const char* operation, std::u16string_view path, int32_t objectType, int32_t account, uint32_t mask);
+
+  std::vector<std::string> log_;
+  std::map<std::u16string, int32_t> failures_;
+};
+
+}  // namespace SASM

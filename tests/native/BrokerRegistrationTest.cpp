@@ -1,0 +1,226 @@
+#include "broker/BrokerRegistration.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "broker/BrokerIdentities.h"
+#include "tests/fakes/FakeRegistry.h"
+
+using SASM::BrokerRegistration;
+using SASM::FakeRegistry;
+using SASM::IRegistry;
+using SASM::RegistryHive;
+using SASM::BrokerIdentities::kGenerations;
+
+namespace {
+
+constexpr char kServer[] = "C:\\Program Files\\Lumen\\LumenUtilHost.exe";
+const std::u16string kClass = u"Software\\Classes\\CLSID\\{B019E3BF-E7E5-453C-A2E4-D2C18CA0866F}";
+const std::u16string kInterface = u"Software\\Classes\\Interface\\{299817DA-1FAC-4CE2-8F48-A108237013BD}";
+const std::u16string kLibrary = u"Software\\Classes\\TypeLib\\{FAB3E735-69C7-453B-A446-B6823C6DF1C9}";
+const std::u16string kPolicy =
+    u"Software\\Microsoft\\Internet Explorer\\Low Rights\\ElevationPolicy\\{FAF199D2-BFA7-4394-A4DE-044A08E59B32}";
+
+std::string Utf8(const std::u16string& text) { return std::string(text.begin(), text.end()); }
+
+// Answers the read-back of LocalServer32 with a value of its own choosing.
+class ReadBackRegistry : public FakeRegistry {
+ public:
+  explicit ReadBackRegistry(std::string answer) : answer_(std::move(answer)) {}
+  int32_t ReadNarrowString(RegistryHive hive, std::u16string_view path, std::u16string_view name, std::string& out,
+                           uint32_t access = SASM::RegistryAccess::kRead) override {
+    if (path == kClass + u"\\LocalServer32") {
+      out = answer_;
+      return 0;
+    }
+    return FakeRegistry::ReadNarrowString(hive, path, name, out, access);
+  }
+
+ private:
+  std::string answer_;
+};
+
+class BrokerRegistrationTest : public ::testing::Test {
+ protected:
+  std::string Text(const std::u16string& path, const std::u16string& name = u"") {
+    std::string value;
+    return registry.ReadNarrowString(RegistryHive::Machine, path, name, value) == 0 ? value : "<absent>";
+  }
+  uint32_t Number(const std::u16string& path, const std::u16string& name) {
+    uint32_t value = 0xDEAD;
+    registry.ReadDword(RegistryHive::Machine, path, name, value);
+    return value;
+  }
+
+  FakeRegistry registry;
+};
+
+}  // namespace
+
+TEST_F(BrokerRegistrationTest, InstallWritesSeventeenValuesInOrder) {
+  BrokerRegistration::WriteBrokerRegistration(registry, kServer, true);
+  const std::string c = "HKLM\\" + Utf8(kClass), i = "HKLM\\" + Utf8(kInterface), t = "HKLM\\" + Utf8(kLibrary),
+                    e = "HKLM\\" + Utf8(kPolicy);
+  std::vector<std::string> expected = {
+      "SetNarrowString " + c + " [] 0",
+      "SetNarrowString " + c + "\\LocalServer32 [] 0",
+      "SetNarrowString " + c + "\\TypeLib [] 0",
+      "SetNarrowString " + c + " [LocalizedString] 0",
+      "SetDword " + c + "\\Elevation [Enabled] 0",
+      "SetNarrowString " + i + " [] 0",
+      "SetNarrowString " + i + "\\ProxyStubClsid32 [] 0",
+      "SetNarrowString " + i + "\\TypeLib [] 0",
+      "SetNarrowString " + i + "\\TypeLib [Version] 0",
+      "SetNarrowString " + t + " [] 0",
+      "SetNarrowString " + t + "\\1.0 [] 0",
+      "SetNarrowString " + t + "\\1.0\\FLAGS [] 0",
+      "SetNarrowString " + t + "\\1.0\\HELPDIR [] 0",
+      "SetNarrowString " + t + "\\1.0\\0\\win32 [] 0",
+      "SetDword " + e + " [Policy] 0",
+      "SetNarrowString " + e + " [AppPath] 0",
+      "SetNarrowString " + e + " [AppName] 0",
+  };
+  EXPECT_EQ(registry.WriteLog(), expected);
+}
+
+TEST_F(BrokerRegistrationTest, InstalledValuesNameTheServerTheLibraryAndTheMarshaller) {
+  BrokerRegistration::WriteBrokerRegistration(registry, kServer, true);
+  EXPECT_EQ(Text(kClass), "LumenBroker");
+  EXPECT_EQ(Text(kClass + u"\\LocalServer32"), kServer);
+  EXPECT_EQ(Text(kClass + u"\\TypeLib"), "{FAB3E735-69C7-453B-A446-B6823C6DF1C9}");
+  EXPECT_EQ(Text(kClass, u"LocalizedString"), std::string("@") + kServer + ",-101");
+  EXPECT_EQ(Number(kClass + u"\\Elevation", u"Enabled"), 1u);
+  EXPECT_EQ(Text(kInterface), "ILumenBroker6");
+  EXPECT_EQ(Text(kInterface + u"\\ProxyStubClsid32"), "{00020424-0000-0000-C000-000000000046}");
+  EXPECT_EQ(Text(kInterface + u"\\TypeLib"), "{FAB3E735-69C7-453B-A446-B6823C6DF1C9}");
+  EXPECT_EQ(Text(kInterface + u"\\TypeLib", u"Version"), "1.0");
+  EXPECT_EQ(Text(kLibrary), "");
+  EXPECT_EQ(Text(kLibrary + u"\\1.0"), "LumenBroker");
+  // One character is no DWORD form: FLAGS stays a string.
+  EXPECT_EQ(Text(kLibrary + u"\\1.0\\FLAGS"), "0");
+  EXPECT_EQ(Text(kLibrary + u"\\1.0\\HELPDIR"), kServer);
+  EXPECT_EQ(Text(kLibrary + u"\\1.0\\0\\win32"), kServer);
+  EXPECT_EQ(Number(kPolicy, u"Policy"), 3u);
+  EXPECT_EQ(Text(kPolicy, u"AppPath"), "C:\\Program Files\\Lumen");
+  EXPECT_EQ(Text(kPolicy, u"AppName"), "LumenUtilHost.exe");
+}
+
+TEST_F(BrokerRegistrationTest, InstallWithoutAPathChangesNothing) {
+  BrokerRegistration::WriteBrokerRegistration(registry, nullptr, true);
+  EXPECT_TRUE(registry.Writes().empty());
+}
+
+TEST_F(BrokerRegistrationTest, FirstFailureEndsTheRegistrationSilently) {
+  registry.FailKey(RegistryHive::Machine, kInterface + u"\\ProxyStubClsid32", 5);
+  BrokerRegistration::WriteBrokerRegistration(registry, kServer, true);
+  ASSERT_EQ(registry.Writes().size(), 7u);
+  EXPECT_EQ(registry.Writes().back().result, 5);
+  EXPECT_FALSE(registry.KeyExists(RegistryHive::Machine, kLibrary));
+
+  FakeRegistry valueFails;
+  valueFails.FailValue(RegistryHive::Machine, kClass, u"LocalizedString", 1);
+  BrokerRegistration::WriteBrokerRegistration(valueFails, kServer, true);
+  EXPECT_EQ(valueFails.Writes().size(), 4u);
+}
+
+TEST_F(BrokerRegistrationTest, PolicyPathComesFromTheValueReadBack) {
+  ReadBackRegistry redirected("D:\\Elsewhere/bin\\Other.exe");
+  BrokerRegistration::WriteBrokerRegistration(redirected, kServer, true);
+  std::string value;
+  redirected.ReadNarrowString(RegistryHive::Machine, kPolicy, u"AppPath", value);
+  EXPECT_EQ(value, "D:\\Elsewhere/bin");
+  redirected.ReadNarrowString(RegistryHive::Machine, kPolicy, u"AppName", value);
+  EXPECT_EQ(value, "Other.exe");
+
+  // More than the read-back buffer holds counts as a failed read: the given path is used.
+  ReadBackRegistry tooLong("E:\\" + std::string(509, 'x'));
+  BrokerRegistration::WriteBrokerRegistration(tooLong, kServer, true);
+  tooLong.ReadNarrowString(RegistryHive::Machine, kPolicy, u"AppName", value);
+  EXPECT_EQ(value, "LumenUtilHost.exe");
+  ReadBackRegistry fits("E:\\" + std::string(508, 'x'));
+  BrokerRegistration::WriteBrokerRegistration(fits, kServer, true);
+  fits.ReadNarrowString(RegistryHive::Machine, kPolicy, u"AppName", value);
+  EXPECT_EQ(value, std::string(508, 'x'));
+}
+
+TEST_F(BrokerRegistrationTest, PathWithoutSeparatorIsBothDirectoryAndName) {
+  BrokerRegistration::WriteBrokerRegistration(registry, "LumenUtilHost.exe", true);
+  EXPECT_EQ(Text(kPolicy, u"AppPath"), "LumenUtilHost.exe");
+  EXPECT_EQ(Text(kPolicy, u"AppName"), "LumenUtilHost.exe");
+  FakeRegistry forward;
+  BrokerRegistration::WriteBrokerRegistration(forward, "C:\\a\\b/host.exe", true);
+  std::string value;
+  forward.ReadNarrowString(RegistryHive::Machine, kPolicy, u"AppPath", value);
+  EXPECT_EQ(value, "C:\\a\\b");
+}
+
+TEST_F(BrokerRegistrationTest, OnlyHashAndOneCharacterMakesADword) {
+  const std::u16string key = u"Software\\Test";
+  EXPECT_TRUE(BrokerRegistration::SetRegistryValue(registry, key, u"", u"Seven", "#7"));
+  EXPECT_TRUE(BrokerRegistration::SetRegistryValue(registry, key, u"", u"Twelve", "#12"));
+  EXPECT_TRUE(BrokerRegistration::SetRegistryValue(registry, key, u"", u"Letter", "#A"));
+  EXPECT_TRUE(BrokerRegistration::SetRegistryValue(registry, key, u"", u"Hash", "#"));
+  EXPECT_TRUE(BrokerRegistration::SetRegistryValue(registry, key, u"Sub", u"Seven", "7#"));
+  EXPECT_EQ(Number(key, u"Seven"), 7u);
+  EXPECT_EQ(Text(key, u"Twelve"), "#12");
+  EXPECT_EQ(Number(key, u"Letter"), 17u);  // 'A' - '0'
+  EXPECT_EQ(Text(key, u"Hash"), "#");
+  EXPECT_EQ(Text(key + u"\\Sub", u"Seven"), "7#");
+  // Below '0' the difference wraps.
+  EXPECT_TRUE(BrokerRegistration::SetRegistryValue(registry, key, u"", u"Space", "# "));
+  EXPECT_EQ(Number(key, u"Space"), 0xFFFFFFF0u);
+}
+
+TEST_F(BrokerRegistrationTest, AServerPathInDwordFormIsStoredAsANumberToo) {
+  BrokerRegistration::WriteBrokerRegistration(registry, "#5", true);
+  EXPECT_EQ(Number(kClass + u"\\LocalServer32", u""), 5u);
+  EXPECT_EQ(Text(kClass, u"LocalizedString"), "@#5,-101");
+  // The read-back finds no string and falls back to the path as given.
+  EXPECT_EQ(Number(kPolicy, u"AppPath"), 5u);
+  EXPECT_EQ(Number(kPolicy, u"AppName"), 5u);
+}
+
+TEST_F(BrokerRegistrationTest, RemovalDeletesFourKeysInOrderWhateverFails) {
+  BrokerRegistration::WriteBrokerRegistration(registry, kServer, true);
+  registry.FailKey(RegistryHive::Machine, kLibrary + u"\\1.0\\FLAGS", 5);
+  size_t before = registry.Writes().size();
+  BrokerRegistration::WriteBrokerRegistration(registry, kServer, false);
+  std::vector<std::string> log = registry.WriteLog();
+  std::vector<std::string> removal(log.begin() + static_cast<long>(before), log.end());
+  EXPECT_EQ(removal, (std::vector<std::string>{
+                         "DeleteTree HKLM\\" + Utf8(kClass) + " 0", "DeleteTree HKLM\\" + Utf8(kLibrary) + " 5",
+                         "DeleteTree HKLM\\" + Utf8(kInterface) + " 0", "DeleteTree HKLM\\" + Utf8(kPolicy) + " 0"}));
+  EXPECT_FALSE(registry.KeyExists(RegistryHive::Machine, kClass));
+  EXPECT_FALSE(registry.KeyExists(RegistryHive::Machine, kPolicy));
+
+  // The path isn't looked at: a null one removes the same.
+  FakeRegistry empty;
+  BrokerRegistration::WriteBrokerRegistration(empty, nullptr, false);
+  EXPECT_EQ(empty.Writes().size(), 4u);
+}
+
+TEST_F(BrokerRegistrationTest, FindServerPathTakesTheNewestRegisteredGeneration) {
+  std::string path = "unchanged";
+  EXPECT_FALSE(BrokerRegistration::FindBrokerServerPath(registry, path));
+  EXPECT_EQ(path, "unchanged");
+
+  auto registerGeneration = [&](int generation, const char* server) {
+    std::u16string key =
+        u"Software\\Classes\\CLSID\\" + std::u16string(kGenerations[generation - 1].classId) + u"\\LocalServer32";
+    registry.SetNarrowString(RegistryHive::Machine, key, u"", server);
+  };
+  registerGeneration(3, "C:\\three.exe");
+  EXPECT_TRUE(BrokerRegistration::FindBrokerServerPath(registry, path));
+  EXPECT_EQ(path, "C:\\three.exe");
+
+  registerGeneration(1, "C:\\one.exe");
+  registerGeneration(5, "C:\\five.exe");
+  EXPECT_TRUE(BrokerRegistration::FindBrokerServerPath(registry, path));
+  EXPECT_EQ(path, "C:\\five.exe");
+
+  BrokerRegistration::WriteBrokerRegistration(registry, kServer, true);
+  EXPECT_TRUE(BrokerRegistration::FindBrokerServerPath(registry, path));
+  EXPECT_EQ(path, kServer);
+}

@@ -1,0 +1,147 @@
+#include "install/ProductInventory.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/native/InstallTestWorld.h"
+
+using namespace SASM;
+
+namespace {
+
+constexpr RegistryHive kMachine = RegistryHive::Machine;
+constexpr RegistryHive kUser = RegistryHive::CurrentUser;
+
+class ProductInventoryTest : public ::testing::Test {
+ protected:
+  ProductInventory Inventory() { return ProductInventory(*world_.host, world_.registry); }
+  InstallTestWorld world_;
+};
+
+TEST_F(ProductInventoryTest, AnyOtherKindNamesTheBaseKey) {
+  EXPECT_EQ(ProductInventory::GetProductKey(8 | 16).ToUtf8(), "Software\\Halcyonics\\LumenPlayer");
+  EXPECT_EQ(ProductInventory::GetReleaseTypeKey(1).ToUtf8(), "Software\\Halcyonics\\LumenPlayer");
+}
+
+TEST_F(ProductInventoryTest, InstalledVersionStatesAgainstThisBuild) {
+  struct Case {
+    const char16_t* version;
+    int32_t state;
+  };
+  for (Case c : {Case{u"28.0.0.126", 2}, Case{u"28.0.0.125", 1}, Case{u"28.0.0.127", 3}, Case{u"28.1.0.0", 3},
+                 Case{u"27.9.9.999", 1}, Case{u"29", 3}, Case{u"28.0.1.0", 3}, Case{u"28", 1}, Case{u"", 1}}) {
+    world_.registry.SetString(kMachine, u"Software\\Halcyonics\\LumenPlayerPlugin", u"Version", c.version);
+    EXPECT_EQ(Inventory().CompareInstalledVersion(16), c.state) << MString(c.version).ToUtf8();
+  }
+  EXPECT_TRUE(world_.Reports().empty());
+}
+
+TEST_F(ProductInventoryTest, MissingVersionIsNotInstalledAndReported) {
+  EXPECT_EQ(Inventory().CompareInstalledVersion(8), ProductInventory::kNotInstalled);
+  EXPECT_EQ(world_.Reports(), (std::vector<std::string>{"1036 1 Software\\Halcyonics\\LumenPlayerActiveX/Version 2"}));
+}
+
+TEST_F(ProductInventoryTest, SafeVersionRefusesOnlyARevisionAboveThisBuild) {
+  EXPECT_TRUE(Inventory().IsSafeVersion()) << "an unreadable value allows the install";
+  world_.registry.SetDword(kMachine, ProductInventory::kSafeVersionsKey, u"28.0", 126);
+  EXPECT_TRUE(Inventory().IsSafeVersion());
+  world_.registry.SetDword(kMachine, ProductInventory::kSafeVersionsKey, u"28.0", 127);
+  EXPECT_FALSE(Inventory().IsSafeVersion());
+}
+
+TEST_F(ProductInventoryTest, ReleaseTypeIsDecidedByTheLastKindSet) {
+  world_.registry.SetDword(kMachine, u"SOFTWARE\\Halcyonics\\LumenPlayerActiveXReleaseType", u"Release", 1);
+  world_.registry.SetDword(kMachine, u"SOFTWARE\\Halcyonics\\LumenPlayerPepperReleaseType", u"Release", 0);
+  EXPECT_TRUE(Inventory().ReleaseTypeMatches(8, 1));
+  EXPECT_FALSE(Inventory().ReleaseTypeMatches(8 | 32768, 1));
+  EXPECT_TRUE(Inventory().ReleaseTypeMatches(8 | 32768, 0));
+  EXPECT_TRUE(Inventory().ReleaseTypeMatches(8 | 16, 7)) << "the plug-in's key is missing: anything matches";
+  EXPECT_TRUE(Inventory().ReleaseTypeMatches(0, 7));
+}
+
+TEST_F(ProductInventoryTest, ReleaseTypeKeyWithoutItsValueReadsAsZero) {
+  world_.registry.CreateKey(kMachine, u"SOFTWARE\\Halcyonics\\LumenPlayerPluginReleaseType", RegistryAccess::kAllAccess);
+  EXPECT_TRUE(Inventory().ReleaseTypeMatches(16, 0));
+  EXPECT_FALSE(Inventory().ReleaseTypeMatches(16, 1));
+  EXPECT_EQ(world_.Codes(), (std::vector<int32_t>{1036, 1036}));
+}
+
+TEST_F(ProductInventoryTest, VersionStringsCompareByTheirFourNumbers) {
+  EXPECT_EQ(ProductInventory::CompareVersionStrings(MString(u"11.3.0.0"), MString(u"11.3")), 0);
+  EXPECT_EQ(ProductInventory::CompareVersionStrings(MString(u"11.10"), MString(u"11.9.9.9")), 1);
+  EXPECT_EQ(ProductInventory::CompareVersionStrings(MString(u"28.0.0.126"), MString(u"28.0.0.127")), -1);
+  EXPECT_EQ(ProductInventory::CompareVersionStrings(MString(u"1.2.3.4.9"), MString(u"1.2.3.4")), 0);
+}
+
+TEST_F(ProductInventoryTest, PlayerPathsNeedBothValues) {
+  const char16_t kKey[] = u"Software\\Halcyonics\\LumenPlayerPepper";
+  MString player, uninstaller;
+  world_.registry.SetString(kMachine, kKey, u"PlayerPath", u"C:\\p.dll");
+  EXPECT_FALSE(Inventory().ReadPlayerPaths(32768, player, uninstaller));
+  world_.registry.SetString(kMachine, kKey, u"UninstallerPath", u"C:\\u.exe");
+  EXPECT_TRUE(Inventory().ReadPlayerPaths(32768, player, uninstaller));
+  EXPECT_EQ(player.ToUtf8(), "C:\\p.dll");
+  EXPECT_EQ(uninstaller.ToUtf8(), "C:\\u.exe");
+  EXPECT_EQ(world_.Reports(),
+            (std::vector<std::string>{"1036 1 Software\\Halcyonics\\LumenPlayerPepper/UninstallerPath 2"}));
+}
+
+TEST_F(ProductInventoryTest, CleanRegistryCountsFiveStepsAndTheCodeStoreForActiveX) {
+  const char16_t kRunOnce[] = u"Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce";
+  auto fill = [&] {
+    world_.registry.SetString(kUser, kRunOnce, u"LumenPlayerUpdate", u"x");
+    world_.registry.SetString(kUser, u"Software\\Halcyonics\\LumenPlayerActiveX", u"v", u"x");
+    world_.registry.SetString(kUser, u"Software\\Halcyonics\\LumenPlayer", u"LumenPlayerVersion", u"x");
+    world_.registry.SetString(kUser, u"Software\\Halcyonics\\LumenPlayer", u"TwlInstall", u"x");
+    world_.registry.CreateKey(kMachine, u"Software\\Halcyonics\\LumenPlayerActiveXReleaseType", 0);
+  };
+  fill();
+  EXPECT_FALSE(Inventory().CleanRegistry(8)) << "the code store entry is missing and counts";
+  EXPECT_EQ(world_.Reports(), (std::vector<std::string>{
+                                  "1037 1 Software\\Microsoft\\Code Store Database\\Distribution Units\\"
+                                  "{7B1C3F52-4D0A-11CF-96B8-5A1E0C2D7F10}/ 2"}));
+  EXPECT_FALSE(world_.registry.KeyExists(kUser, u"Software\\Halcyonics\\LumenPlayerActiveX"));
+
+  fill();
+  world_.registry.CreateKey(kMachine,
+                            u"Software\\Microsoft\\Code Store Database\\Distribution Units\\"
+                            u"{7B1C3F52-4D0A-11CF-96B8-5A1E0C2D7F10}",
+                            0);
+  EXPECT_TRUE(Inventory().CleanRegistry(8));
+}
+
+TEST_F(ProductInventoryTest, OldUninstallKeyOfThePlugInsDoesNotCount) {
+  world_.registry.SetString(kUser, u"Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce", u"LumenPlayerUpdate", u"x");
+  world_.registry.CreateKey(kUser, u"Software\\Halcyonics\\LumenPlayerPlugin", 0);
+  world_.registry.SetString(kUser, u"Software\\Halcyonics\\LumenPlayer", u"LumenPlayerVersion", u"x");
+  world_.registry.SetString(kUser, u"Software\\Halcyonics\\LumenPlayer", u"TwlInstall", u"x");
+  world_.registry.CreateKey(kMachine, u"Software\\Halcyonics\\LumenPlayerPluginReleaseType", 0);
+  EXPECT_TRUE(Inventory().CleanRegistry(16));
+  EXPECT_EQ(world_.Reports(),
+            (std::vector<std::string>{
+                "1037 1 SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Corva Lumen Player Plugin/ 2"}));
+}
+
+TEST_F(ProductInventoryTest, CleanRegistryGoesOnAfterEachFailure) {
+  EXPECT_FALSE(Inventory().CleanRegistry(32768));
+  EXPECT_EQ(world_.Reports(),
+            (std::vector<std::string>{
+                "1037 1 Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce/LumenPlayerUpdate 2",
+                "1037 1 Software\\Halcyonics\\LumenPlayerPepper/ 2",
+                "1037 1 Software\\Halcyonics\\LumenPlayer/LumenPlayerVersion 2",
+                "1037 1 Software\\Halcyonics\\LumenPlayer/TwlInstall 2",
+                "1037 1 Software\\Halcyonics\\LumenPlayerPepperReleaseType/ 2",
+                "1037 1 SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Corva Lumen Player Pepper/ 2",
+            }));
+}
+
+TEST_F(ProductInventoryTest, ProductAndSafeVersionKeysGoWithTheirSubkeys) {
+  world_.registry.SetString(kMachine, u"Software\\Halcyonics\\LumenPlayerPlugin\\Sub", u"v", u"x");
+  world_.registry.SetDword(kMachine, ProductInventory::kSafeVersionsKey, u"28.0", 1);
+  EXPECT_TRUE(Inventory().DeleteProductKey(16));
+  EXPECT_TRUE(Inventory().DeleteSafeVersions());
+  EXPECT_FALSE(world_.registry.KeyExists(kMachine, u"Software\\Halcyonics\\LumenPlayerPlugin"));
+  EXPECT_FALSE(Inventory().DeleteProductKey(16));
+  EXPECT_EQ(world_.Reports(), (std::vector<std::string>{"1037 1 Software\\Halcyonics\\LumenPlayerPlugin/ 2"}));
+}
+
+}  // namespace

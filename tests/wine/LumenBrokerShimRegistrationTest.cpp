@@ -1,0 +1,232 @@
+// RegisterProduct against the prefix's real machine hive: every key it writes
+// is read back with its value names, types and data.
+#include "engine/LumenBrokerShim.h"
+
+#include "engine/win32/WindowsApi.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "broker/BrokerRegistration.h"
+#include "engine/win32/ScopedRegKey.h"
+#include "engine/win32/WideText.h"
+#include "engine/win32/Win32Platform.h"
+#include "engine/win32/Win32Registry.h"
+#include "host/ReferenceHost.h"
+#include "tests/wine/HelperProcess.h"
+#include "tests/wine/WineTestSupport.h"
+
+using namespace SASM;
+
+namespace {
+
+using Values = std::map<std::wstring, std::wstring>;
+
+constexpr wchar_t kUninstall[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Corva Lumen Player ";
+constexpr wchar_t kProduct[] = L"Software\\Halcyonics\\LumenPlayer";
+constexpr wchar_t kCompatibility[] =
+    L"SOFTWARE\\Microsoft\\Internet Explorer\\ActiveX Compatibility\\{7B1C3F52-4D0A-11CF-96B8-5A1E0C2D7F10}";
+constexpr wchar_t kExecutionOptions[] = L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Image File Execution Options\\";
+constexpr wchar_t kPlugin[] = L"SOFTWARE\\MozillaPlugins\\@halcyonics.example/LumenPlayer";
+constexpr wchar_t kBrokerServer[] = L"Software\\Classes\\CLSID\\{B019E3BF-E7E5-453C-A2E4-D2C18CA0866F}\\LocalServer32";
+constexpr wchar_t kExtraExecutable[] = L"LumenUtilTestsHelper.exe";
+constexpr wchar_t kCounterKey[] = L"Software\\LumenUtilTests\\TestControl";
+
+std::wstring Text(const std::wstring& text) { return L"SZ:" + text; }
+std::wstring Number(DWORD value) { return L"DWORD:" + std::to_wstring(value); }
+
+// Every value of the key in the 64-bit view, as "SZ:text" or "DWORD:n"; subkeys are counted apart.
+bool ReadKey(const std::wstring& path, Values& values, DWORD& subkeys) {
+  ScopedRegKey key;
+  if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_READ | KEY_WOW64_64KEY, key.receive()) != ERROR_SUCCESS)
+    return false;
+  RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, &subkeys, nullptr, nullptr, nullptr, nullptr, nullptr,
+                   nullptr, nullptr);
+  for (DWORD index = 0;; ++index) {
+    wchar_t name[256];
+    BYTE data[2048];
+    DWORD nameLength = 256, size = sizeof(data), type = 0;
+    if (RegEnumValueW(key.get(), index, name, &nameLength, nullptr, &type, data, &size) != ERROR_SUCCESS) break;
+    std::wstring shown;
+    if (type == REG_SZ) shown = Text(reinterpret_cast<const wchar_t*>(data));
+    else if (type == REG_DWORD) shown = Number(*reinterpret_cast<const DWORD*>(data));
+    else shown = L"type " + std::to_wstring(type);
+    values[std::wstring(name, nameLength)] = shown;
+  }
+  return true;
+}
+
+// The key's values, expecting it to exist with no subkeys.
+Values KeyValues(const std::wstring& path) {
+  Values values;
+  DWORD subkeys = 0;
+  EXPECT_TRUE(ReadKey(path, values, subkeys)) << MString(FromWide(path.c_str())).ToUtf8();
+  EXPECT_EQ(subkeys, 0u) << MString(FromWide(path.c_str())).ToUtf8();
+  return values;
+}
+
+bool KeyExists(const std::wstring& path) {
+  ScopedRegKey key;
+  return RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_READ | KEY_WOW64_64KEY, key.receive()) ==
+         ERROR_SUCCESS;
+}
+
+// The key's tree in both views; then its parent, when that is left empty.
+void DeleteBothViews(const std::wstring& path, bool parentIfEmpty = false) {
+  size_t slash = path.find_last_of(L'\\');
+  std::wstring parent = path.substr(0, slash), leaf = path.substr(slash + 1);
+  for (REGSAM view : {KEY_WOW64_64KEY, KEY_WOW64_32KEY}) {
+    ScopedRegKey key;
+    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, parent.c_str(), 0, KEY_ALL_ACCESS | view, key.receive()) != ERROR_SUCCESS)
+      continue;
+    RegDeleteTreeW(key.get(), leaf.c_str());
+    key.reset();
+    if (parentIfEmpty) RegDeleteKeyExW(HKEY_LOCAL_MACHINE, parent.c_str(), view, 0);
+  }
+}
+
+class LumenBrokerShimRegistrationTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    wchar_t temp[MAX_PATH];
+    GetTempPathW(MAX_PATH, temp);
+    directory_ = std::wstring(temp) + L"LumenUtilTests\\Register";
+    tree_.Directory(directory_);
+    control_ = directory_ + L"\\LumenCtrl.ocx";
+    server_ = directory_ + L"\\LumenUtil_ActiveX.exe";
+    payload_ = directory_ + L"\\payload.bin";
+    CopyFileW((WineTest::BinaryDirectory() + L"\\lumen_test_control.dll").c_str(), control_.c_str(), FALSE);
+    CopyFileW(WineTest::HelperProcess::BuiltPath().c_str(), server_.c_str(), FALSE);
+    tree_.File(payload_, std::string(20 * 1024 + 100, 'p'));
+    tree_.File(directory_ + L"\\NPLumenPlayer.dll", "plug-in");
+    CleanRegistry();
+
+    HostOptions options;
+    options.Parse({u"-release", u"-source", u"2"});
+    std::u16string settings = u"Host { PayloadPath \"" + FromWide(payload_.c_str()) + u"\"; UtilityPath \"" +
+                              FromWide(server_.c_str()) + u"\"; }";
+    host_ = std::make_unique<ReferenceHost>(options, MString(std::u16string_view(settings)));
+    shim_.reset(StartShim(host_.get(), Win32Platform()));
+    host_->shim = shim_.get();
+    for (auto add : {&LumenBrokerShim::AddExtraActiveXFile, &LumenBrokerShim::AddExtraPluginFile,
+                     &LumenBrokerShim::AddExtraPepperFile}) {
+      (shim_.get()->*add)(MString(FromWide(kExtraExecutable)));
+      (shim_.get()->*add)(MString(u"LumenCtrl.ocx"));
+    }
+  }
+
+  void TearDown() override {
+    host_->shim = nullptr;
+    CleanRegistry();
+    // Protection may have left the registered files read-only.
+    for (const std::wstring& path : {control_, server_}) {
+      SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+      DeleteFileW(path.c_str());
+    }
+  }
+
+  static void CleanRegistry() {
+    for (const wchar_t* kind : {L"ActiveX", L"NPAPI", L"PPAPI"}) DeleteBothViews(std::wstring(kUninstall) + kind);
+    for (const wchar_t* kind : {L"ActiveX", L"Plugin", L"Pepper"}) {
+      DeleteBothViews(std::wstring(kProduct) + kind);
+      DeleteBothViews(std::wstring(kProduct) + kind + L"ReleaseType", true);
+    }
+    DeleteBothViews(kCompatibility);
+    DeleteBothViews(std::wstring(kExecutionOptions) + kExtraExecutable);
+    DeleteBothViews(kPlugin, true);
+    Win32Registry registry;
+    BrokerRegistration::WriteBrokerRegistration(registry, nullptr, false);
+    RegDeleteTreeW(HKEY_CURRENT_USER, kCounterKey);
+  }
+
+  // The fourteen values of an Uninstall entry.
+  Values UninstallEntry(const wchar_t* label, const wchar_t* word) const {
+    return {
+        {L"DisplayName", Text(std::wstring(L"Corva Lumen Player 28 ") + label + L" 64-bit")},
+        {L"Publisher", Text(L"Corva Systems Incorporated")},
+        {L"DisplayVersion", Text(L"28.0.0.126")},
+        {L"HelpLink", Text(L"https://www.halcyonics.example/go/lumenplayer_support/")},
+        {L"NoModify", Number(1)},
+        {L"NoRepair", Number(1)},
+        {L"RequiresIESysFile", Text(L"4.70.0.1155")},
+        {L"URLInfoAbout", Text(L"https://www.halcyonics.example/")},
+        {L"URLUpdateInfo", Text(L"https://www.halcyonics.example/go/getlumenplayer/")},
+        {L"VersionMajor", Number(28)},
+        {L"VersionMinor", Number(0)},
+        {L"UninstallString", Text(server_ + L" -maintain " + word)},
+        {L"DisplayIcon", Text(server_)},
+        {L"EstimatedSize", Number(20)},
+    };
+  }
+
+  Values Inventory(const std::wstring& player) const {
+    return {
+        {L"Version", Text(L"28.0.0.126")},  {L"PlayerPath", Text(player)}, {L"UninstallerPath", Text(server_)},
+        {L"isScriptDebugger", Number(0)}, {L"isESR", Number(0)},         {L"isMSI", Number(1)},
+    };
+  }
+
+  void ExpectCommonKeys(const wchar_t* product, const wchar_t* label, const wchar_t* word,
+                        const std::wstring& player) {
+    EXPECT_EQ(KeyValues(std::wstring(kUninstall) + label), UninstallEntry(label, word));
+    EXPECT_EQ(KeyValues(std::wstring(kProduct) + product), Inventory(player));
+    EXPECT_EQ(KeyValues(std::wstring(kProduct) + product + L"ReleaseType"), (Values{{L"Release", Number(1)}}));
+    EXPECT_EQ(KeyValues(std::wstring(kExecutionOptions) + kExtraExecutable),
+              (Values{{L"DisableExceptionChainValidation", Number(0)}}));
+  }
+
+  MString Path(const std::wstring& path) const { return MString(FromWide(path.c_str())); }
+
+  WineTest::TempTree tree_;
+  std::wstring directory_, control_, server_, payload_;
+  std::unique_ptr<ReferenceHost> host_;
+  std::unique_ptr<LumenBrokerShim> shim_;
+};
+
+TEST_F(LumenBrokerShimRegistrationTest, ActiveXWritesBrokerControlEntryAndInventory) {
+  ASSERT_TRUE(shim_->RegisterProduct(8, Path(control_), Path(server_), MString(), 1));
+  EXPECT_EQ(shim_->WasRegistrationReached(), 1);
+  ExpectCommonKeys(L"ActiveX", L"ActiveX", L"activex", control_);
+  EXPECT_EQ(KeyValues(kCompatibility), (Values{{L"Compatibility Flags", Number(0)}}));
+  Values server;
+  DWORD subkeys = 0;
+  ASSERT_TRUE(ReadKey(kBrokerServer, server, subkeys));
+  EXPECT_EQ(server[L""], Text(server_));
+  EXPECT_FALSE(KeyExists(kPlugin));
+  DWORD calls = 0, size = sizeof(calls);
+  RegGetValueW(HKEY_CURRENT_USER, kCounterKey, L"RegisterCalls", RRF_RT_REG_DWORD, nullptr, &calls, &size);
+  EXPECT_EQ(calls, 1u);
+  // The files' protection isn't checked here: Wine keeps no access list for a file and
+  // maps each one written onto the Unix mode, which resets the read-only attribute.
+  EXPECT_EQ(host_->Log().Count(), 0) << host_->FormatLog();
+}
+
+TEST_F(LumenBrokerShimRegistrationTest, PluginWritesItsBrowserEntryAndNoActiveXKeys) {
+  std::wstring plugin = directory_ + L"\\NPLumenPlayer.dll";
+  ASSERT_TRUE(shim_->RegisterProduct(16, Path(plugin), Path(server_), MString(), 1));
+  ExpectCommonKeys(L"Plugin", L"NPAPI", L"plugin", plugin);
+  const std::wstring product = L"Corva\u00AE Lumen\u00AE Player 28.0.0.126 Plugin";
+  EXPECT_EQ(KeyValues(kPlugin), (Values{{L"Path", Text(plugin)},
+                                       {L"ProductName", Text(product)},
+                                       {L"Vendor", Text(L"Corva Systems Incorporated")},
+                                       {L"Description", Text(product)},
+                                       {L"Version", Text(L"28.0.0.126")}}));
+  EXPECT_FALSE(KeyExists(kCompatibility));
+  EXPECT_FALSE(KeyExists(kBrokerServer));
+  EXPECT_EQ(host_->Log().Count(), 0) << host_->FormatLog();
+}
+
+TEST_F(LumenBrokerShimRegistrationTest, PepperWritesTheEntryAndInventoryOnly) {
+  std::wstring pepper = directory_ + L"\\pepflashplayer.dll";
+  ASSERT_TRUE(shim_->RegisterProduct(32768, Path(pepper), Path(server_), MString(), 1));
+  ExpectCommonKeys(L"Pepper", L"PPAPI", L"pepperplugin", pepper);
+  EXPECT_FALSE(KeyExists(kPlugin));
+  EXPECT_FALSE(KeyExists(kCompatibility));
+  EXPECT_FALSE(KeyExists(kBrokerServer));
+  EXPECT_EQ(host_->Log().Count(), 0) << host_->FormatLog();
+}
+
+}  // namespace

@@ -1,0 +1,56 @@
+// A second process for the Wine suite.
+//   lumen_process_helper hold PATH READY RELEASE  holds PATH open for reading, as a running
+//                                                  player holds its file, until RELEASE is set
+//   lumen_process_helper wait READY RELEASE        runs until RELEASE is set
+//   lumen_process_helper -refreshIEElevationPolicies
+//                                                  writes its command line to its own path + ".ran"
+// READY and RELEASE name events the test created; each wait ends after a minute at most.
+#include "engine/win32/WindowsApi.h"
+
+#include <cwchar>
+#include <string>
+
+#include "engine/win32/ScopedHandle.h"
+
+namespace {
+
+constexpr int kDone = 0;
+constexpr int kFailed = 1;
+constexpr int kUsage = 3;
+constexpr DWORD kLongestWait = 60000;
+
+int WaitForRelease(const wchar_t* ready, const wchar_t* release) {
+  SASM::ScopedHandle readyEvent(OpenEventW(EVENT_MODIFY_STATE, FALSE, ready));
+  SASM::ScopedHandle releaseEvent(OpenEventW(SYNCHRONIZE, FALSE, release));
+  if (!readyEvent || !releaseEvent) return kFailed;
+  SetEvent(readyEvent.get());
+  return WaitForSingleObject(releaseEvent.get(), kLongestWait) == WAIT_OBJECT_0 ? kDone : kFailed;
+}
+
+int RecordCommandLine() {
+  wchar_t self[MAX_PATH];
+  DWORD n = GetModuleFileNameW(nullptr, self, MAX_PATH);
+  std::wstring marker = std::wstring(self, n) + L".ran";
+  SASM::ScopedHandle file(
+      CreateFileW(marker.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (!file) return kFailed;
+  const wchar_t* line = GetCommandLineW();
+  DWORD written = 0;
+  WriteFile(file.get(), line, static_cast<DWORD>(wcslen(line) * sizeof(wchar_t)), &written, nullptr);
+  return kDone;
+}
+
+}  // namespace
+
+int wmain(int argc, wchar_t** argv) {
+  if (argc == 2 && std::wcscmp(argv[1], L"-refreshIEElevationPolicies") == 0) return RecordCommandLine();
+  if (argc == 4 && std::wcscmp(argv[1], L"wait") == 0) return WaitForRelease(argv[2], argv[3]);
+  if (argc == 5 && std::wcscmp(argv[1], L"hold") == 0) {
+    // Shares reading only: the file can be read and found, but neither written nor deleted.
+    SASM::ScopedHandle file(CreateFileW(argv[2], GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                        FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file) return kFailed;
+    return WaitForRelease(argv[3], argv[4]);
+  }
+  return kUsage;
+}
