@@ -19,12 +19,15 @@
 
 namespace SASM {
 
-LumenBrokerShim* StartShim(HostCallbacks* host, const Platform& platform) {
-  auto* shim = new (std::nothrow) LumenBrokerShim(host, platform);
+LumenBrokerShim* LumenBrokerShim::WithEngine(LumenBrokerShim* shim) {
   if (!shim) return nullptr;
   // A failed engine allocation leaves the engine null, unreported.
-  shim->engine = new (std::nothrow) InstallEngine(shim, platform);
+  shim->engine = new (std::nothrow) InstallEngine(shim, shim->platform_);
   return shim;
+}
+
+LumenBrokerShim* StartShim(HostCallbacks* host, const Platform& platform) {
+  return LumenBrokerShim::WithEngine(new (std::nothrow) LumenBrokerShim(host, platform));
 }
 
 LumenBrokerShim::LumenBrokerShim(HostCallbacks* h, const Platform& platform)

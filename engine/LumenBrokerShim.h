@@ -71,6 +71,9 @@ class LumenBrokerShim {
   virtual int32_t GetInstalledVersionState(uint32_t kind);
   virtual uint8_t WasRegistrationReached();
 
+  // Gives a newly built shim (of any kind) its engine; null stays null.
+  static LumenBrokerShim* WithEngine(LumenBrokerShim* shim);
+
   // The seams this shim runs on, for the installation and removal steps it builds.
   const Platform& GetPlatform() const { return platform_; }
 

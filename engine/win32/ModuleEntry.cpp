@@ -3,10 +3,11 @@
 
 #include "engine/HostCallbacks.h"
 #include "engine/LumenBrokerShim.h"
+#include "engine/win32/Win32LumenBrokerShim.h"
 #include "engine/win32/Win32Platform.h"
 
 extern "C" __declspec(dllexport) SASM::LumenBrokerShim* Start(SASM::HostCallbacks* host) {
-  return SASM::StartShim(host, SASM::Win32Platform());
+  return SASM::Win32LumenBrokerShim::Start(host, SASM::Win32Platform());
 }
 
 BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID) {

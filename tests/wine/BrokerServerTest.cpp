@@ -1,0 +1,357 @@
+// The broker server as COM starts it: registered for the reference host,
+// activated by a client of this process, and watched as a process. The class
+// object's counts are also checked in this process, without COM's routing.
+#include "engine/win32/WindowsApi.h"
+
+#include "LumenBroker_h.h"
+
+#include <gtest/gtest.h>
+#include <tlhelp32.h>
+
+#include <string>
+#include <vector>
+
+#include "broker/BrokerIdentities.h"
+#include "broker/BrokerRegistration.h"
+#include "broker/win32/BrokerServerLifecycle.h"
+#include "broker/win32/CoLumenBrokerServerFactory.h"
+#include "engine/win32/ComPtr.h"
+#include "engine/win32/ScopedBstr.h"
+#include "engine/win32/ScopedHandle.h"
+#include "engine/win32/ScopedLibrary.h"
+#include "engine/win32/ScopedRegKey.h"
+#include "engine/win32/WideText.h"
+#include "engine/win32/Win32Registry.h"
+#include "tests/wine/WineTestSupport.h"
+
+using namespace SASM;
+
+namespace {
+
+constexpr DWORD kExitWait = 10000;
+// Long enough for a server that is going to quit to have quit.
+constexpr DWORD kStaysUpWait = 700;
+
+std::wstring HostPath() { return WineTest::BinaryDirectory() + L"\\LumenUtilHost.exe"; }
+
+std::string Narrow(const std::wstring& text) {
+  int n = WideCharToMultiByte(CP_ACP, 0, text.c_str(), static_cast<int>(text.size()), nullptr, 0, nullptr, nullptr);
+  std::string out(static_cast<size_t>(n), '\0');
+  WideCharToMultiByte(CP_ACP, 0, text.c_str(), static_cast<int>(text.size()), out.data(), n, nullptr, nullptr);
+  return out;
+}
+
+// Running copies of the reference host, opened for waiting.
+std::vector<ScopedHandle> ServerProcesses() {
+  std::vector<ScopedHandle> processes;
+  ScopedHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
+  if (!snapshot) return processes;
+  PROCESSENTRY32W entry{};
+  entry.dwSize = sizeof(entry);
+  for (BOOL more = Process32FirstW(snapshot.get(), &entry); more; more = Process32NextW(snapshot.get(), &entry)) {
+    if (_wcsicmp(entry.szExeFile, L"LumenUtilHost.exe") != 0) continue;
+    ScopedHandle process(OpenProcess(SYNCHRONIZE | PROCESS_QUERY_LIMITED_INFORMATION, FALSE, entry.th32ProcessID));
+    if (process) processes.push_back(std::move(process));
+  }
+  return processes;
+}
+
+bool AllServersEnded(DWORD timeout = kExitWait) {
+  for (ScopedHandle& process : ServerProcesses()) {
+    if (WaitForSingleObject(process.get(), timeout) != WAIT_OBJECT_0) return false;
+  }
+  return true;
+}
+
+// COM activation races with a server that is quitting: try again a few times.
+template <typename Attempt>
+HRESULT WithRetries(Attempt attempt) {
+  HRESULT result = E_FAIL;
+  for (int i = 0; i < 20; ++i) {
+    result = attempt();
+    if (SUCCEEDED(result) || result == REGDB_E_CLASSNOTREG) return result;
+    Sleep(50);
+  }
+  return result;
+}
+
+HRESULT Activate(ComPtr<ILumenBroker6>& broker) {
+  return WithRetries([&] {
+    return CoCreateInstance(CLSID_LumenBrokerImp6, nullptr, CLSCTX_LOCAL_SERVER, IID_ILumenBroker6,
+                            broker.receiveVoid());
+  });
+}
+
+HRESULT ClassObject(ComPtr<IClassFactory>& factory) {
+  return WithRetries([&] {
+    return CoGetClassObject(CLSID_LumenBrokerImp6, CLSCTX_LOCAL_SERVER, nullptr, IID_IClassFactory,
+                            factory.receiveVoid());
+  });
+}
+
+// Deletes a key of the machine's classes in the 32-bit view too, where the
+// platform's registration helpers leave copies that Wine falls back to.
+void DeleteBothViews(const std::wstring& path) {
+  for (REGSAM view : {KEY_WOW64_64KEY, KEY_WOW64_32KEY}) {
+    ScopedRegKey key;
+    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"Software\\Classes", 0, KEY_ALL_ACCESS | view, key.receive()) ==
+        ERROR_SUCCESS)
+      RegDeleteTreeW(key.get(), path.c_str());
+  }
+}
+
+class BrokerServerTest : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    Win32Registry registry;
+    BrokerRegistration::WriteBrokerRegistration(registry, Narrow(HostPath()).c_str(), true);
+    // Wine's automation marshaller refuses these interfaces; the test proxy
+    // stands in for it, registered over the product's own entries.
+    proxy_.reset(LoadLibraryW((WineTest::BinaryDirectory() + L"\\LumenBrokerProxy.dll").c_str()));
+    auto registerProxy = reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(
+        reinterpret_cast<void*>(GetProcAddress(proxy_.get(), "DllRegisterServer")));
+    proxyRegistered_ = registerProxy && SUCCEEDED(registerProxy());
+  }
+
+  static void TearDownTestSuite() {
+    if (proxy_) {
+      auto unregisterProxy = reinterpret_cast<HRESULT(STDAPICALLTYPE*)()>(
+          reinterpret_cast<void*>(GetProcAddress(proxy_.get(), "DllUnregisterServer")));
+      if (unregisterProxy) unregisterProxy();
+    }
+    proxy_.reset();
+    Win32Registry registry;
+    BrokerRegistration::WriteBrokerRegistration(registry, nullptr, false);
+    DeleteBothViews(L"CLSID\\" + ToWide(BrokerIdentities::kServed.classId));
+    DeleteBothViews(L"TypeLib\\" + ToWide(BrokerIdentities::kLibraryId));
+    for (const BrokerGeneration& generation : BrokerIdentities::kGenerations)
+      DeleteBothViews(L"Interface\\" + ToWide(generation.interfaceId));
+    CoUninitialize();
+  }
+
+  void SetUp() override {
+    ASSERT_TRUE(proxyRegistered_) << "the test proxy did not register";
+    ASSERT_TRUE(AllServersEnded()) << "a server of an earlier test is still running";
+  }
+  // Each test leaves no server behind for the next; one that stayed is ended
+  // so that it can't answer the next test's activation.
+  void TearDown() override {
+    EXPECT_TRUE(AllServersEnded());
+    for (ScopedHandle& process : ServerProcesses()) {
+      TerminateProcess(process.get(), 1);
+      WaitForSingleObject(process.get(), kExitWait);
+    }
+  }
+
+  static inline ScopedLibrary proxy_;
+  static inline bool proxyRegistered_ = false;
+};
+
+TEST_F(BrokerServerTest, RegistrationNamesTheHostThatServes) {
+  Win32Registry registry;
+  std::string path;
+  ASSERT_TRUE(BrokerRegistration::FindBrokerServerPath(registry, path));
+  EXPECT_EQ(path, Narrow(HostPath()));
+  // The portable identities are the ones the generated header was built from.
+  GUID classId{}, interfaceId{}, libraryId{};
+  CLSIDFromString(ToWide(BrokerIdentities::kServed.classId).c_str(), &classId);
+  CLSIDFromString(ToWide(BrokerIdentities::kServed.interfaceId).c_str(), &interfaceId);
+  CLSIDFromString(ToWide(BrokerIdentities::kLibraryId).c_str(), &libraryId);
+  EXPECT_EQ(classId, CLSID_LumenBrokerImp6);
+  EXPECT_EQ(interfaceId, IID_ILumenBroker6);
+  EXPECT_EQ(libraryId, LIBID_LumenBrokerLib);
+}
+
+TEST_F(BrokerServerTest, ObjectAnswersTheNewestInterfaceAlone) {
+  ComPtr<ILumenBroker6> broker;
+  ASSERT_EQ(Activate(broker), S_OK);
+  ComPtr<IUnknown> unknown;
+  EXPECT_EQ(broker->QueryInterface(IID_IUnknown, unknown.receiveVoid()), S_OK);
+  ComPtr<IDispatch> dispatch;
+  EXPECT_EQ(broker->QueryInterface(IID_IDispatch, dispatch.receiveVoid()), S_OK);
+  // Every method of the fifth generation is in the vtable, but it is not offered.
+  ComPtr<ILumenBroker5> fifth;
+  EXPECT_EQ(broker->QueryInterface(IID_ILumenBroker5, fifth.receiveVoid()), E_NOINTERFACE);
+  EXPECT_FALSE(fifth);
+  ComPtr<ILumenBroker> first;
+  EXPECT_EQ(broker->QueryInterface(IID_ILumenBroker, first.receiveVoid()), E_NOINTERFACE);
+}
+
+TEST_F(BrokerServerTest, TypeInformationIsTheSecondGenerationsAtIndexZeroOnly) {
+  ComPtr<ILumenBroker6> broker;
+  ASSERT_EQ(Activate(broker), S_OK);
+  // Through the system's IDispatch marshalling: the test proxy only carries the broker's own methods.
+  ComPtr<IDispatch> dispatch;
+  ASSERT_EQ(broker->QueryInterface(IID_IDispatch, dispatch.receiveVoid()), S_OK);
+  UINT count = 0;
+  EXPECT_EQ(dispatch->GetTypeInfoCount(&count), S_OK);
+  EXPECT_EQ(count, 1u);
+  ComPtr<ITypeInfo> info;
+  EXPECT_EQ(dispatch->GetTypeInfo(1, 0, info.receive()), DISP_E_BADINDEX);
+  EXPECT_FALSE(info);
+  ASSERT_EQ(dispatch->GetTypeInfo(0, 0, info.receive()), S_OK);
+  ASSERT_TRUE(info);
+  ScopedBstr name;
+  ASSERT_EQ(info->GetDocumentation(MEMBERID_NIL, name.receive(), nullptr, nullptr, nullptr), S_OK);
+  EXPECT_STREQ(name.get(), L"ILumenBroker2");
+}
+
+TEST_F(BrokerServerTest, DispatchByNameReachesTheVtableThroughTheSecondGenerationsView) {
+  ComPtr<ILumenBroker6> broker;
+  ASSERT_EQ(Activate(broker), S_OK);
+  ComPtr<IDispatch> dispatch;
+  ASSERT_EQ(broker->QueryInterface(IID_IDispatch, dispatch.receiveVoid()), S_OK);
+
+  OLECHAR* name[] = {const_cast<OLECHAR*>(L"BrokerDelayScreensaver")};
+  DISPID id = 0;
+  ASSERT_EQ(dispatch->GetIDsOfNames(IID_NULL, name, 1, 0, &id), S_OK);
+  EXPECT_EQ(id, 0x60030000);
+  DISPPARAMS none{};
+  EXCEPINFO exception{};
+  HRESULT result = dispatch->Invoke(id, IID_NULL, 0, DISPATCH_METHOD, &none, nullptr, &exception, nullptr);
+  // The method's own failure comes back as an exception carrying its code.
+  EXPECT_EQ(result, DISP_E_EXCEPTION);
+  EXPECT_EQ(exception.scode, E_NOTIMPL);
+  SysFreeString(exception.bstrSource);
+  SysFreeString(exception.bstrDescription);
+  SysFreeString(exception.bstrHelpFile);
+
+  // Later generations' names are unknown to the dispatch side.
+  OLECHAR* later[] = {const_cast<OLECHAR*>(L"BrokerIsWritablePath")};
+  EXPECT_EQ(dispatch->GetIDsOfNames(IID_NULL, later, 1, 0, &id), DISP_E_UNKNOWNNAME);
+}
+
+TEST_F(BrokerServerTest, WritablePathIsDecidedByThePolicyInTheServer) {
+  std::wstring playerData = WineTest::RoamingFolder() + L"\\Halcyonics\\Lumen Player";
+  WineTest::TempTree tree;
+  tree.Directory(playerData);
+  ComPtr<ILumenBroker6> broker;
+  ASSERT_EQ(Activate(broker), S_OK);
+
+  ScopedBstr allowed((playerData + L"\\settings.sol").c_str());
+  EXPECT_EQ(broker->BrokerIsWritablePath(allowed.get(), 1), S_OK);
+  ScopedBstr program((playerData + L"\\payload.exe").c_str());
+  EXPECT_EQ(broker->BrokerIsWritablePath(program.get(), 1), E_FAIL);
+  EXPECT_EQ(broker->BrokerIsWritablePath(program.get(), 0), S_OK);
+  ScopedBstr system((WineTest::SystemDirectory() + L"\\settings.sol").c_str());
+  EXPECT_EQ(broker->BrokerIsWritablePath(system.get(), 1), E_FAIL);
+}
+
+TEST_F(BrokerServerTest, ServerEndsWithTheLastRelease) {
+  ComPtr<ILumenBroker6> broker;
+  ASSERT_EQ(Activate(broker), S_OK);
+  std::vector<ScopedHandle> servers = ServerProcesses();
+  ASSERT_EQ(servers.size(), 1u);
+  EXPECT_EQ(WaitForSingleObject(servers[0].get(), kStaysUpWait), static_cast<DWORD>(WAIT_TIMEOUT));
+  broker.reset();
+  ASSERT_EQ(WaitForSingleObject(servers[0].get(), kExitWait), WAIT_OBJECT_0);
+  // The quit message's code is the server's exit code.
+  DWORD exitCode = 1;
+  EXPECT_TRUE(GetExitCodeProcess(servers[0].get(), &exitCode));
+  EXPECT_EQ(exitCode, 0u);
+}
+
+TEST_F(BrokerServerTest, TwoClientsGetSeparateObjectsOfOneServer) {
+  ComPtr<ILumenBroker6> first, second;
+  ASSERT_EQ(Activate(first), S_OK);
+  ASSERT_EQ(Activate(second), S_OK);
+  ComPtr<IUnknown> firstIdentity, secondIdentity;
+  ASSERT_EQ(first->QueryInterface(IID_IUnknown, firstIdentity.receiveVoid()), S_OK);
+  ASSERT_EQ(second->QueryInterface(IID_IUnknown, secondIdentity.receiveVoid()), S_OK);
+  EXPECT_NE(firstIdentity.get(), secondIdentity.get());
+  std::vector<ScopedHandle> servers = ServerProcesses();
+  ASSERT_EQ(servers.size(), 1u);
+
+  // One object gone, the other still served.
+  firstIdentity.reset();
+  first.reset();
+  EXPECT_EQ(WaitForSingleObject(servers[0].get(), kStaysUpWait), static_cast<DWORD>(WAIT_TIMEOUT));
+  ScopedBstr path(L"C:\\windows\\x.sol");
+  EXPECT_EQ(second->BrokerIsWritablePath(path.get(), 1), E_FAIL);
+  secondIdentity.reset();
+  second.reset();
+  EXPECT_EQ(WaitForSingleObject(servers[0].get(), kExitWait), WAIT_OBJECT_0);
+}
+
+TEST_F(BrokerServerTest, UnknownInterfaceFromTheOnlyObjectEndsTheServer) {
+  ComPtr<IClassFactory> factory;
+  ASSERT_EQ(ClassObject(factory), S_OK);
+  std::vector<ScopedHandle> servers = ServerProcesses();
+  ASSERT_EQ(servers.size(), 1u);
+  // A server with no client yet runs on.
+  EXPECT_EQ(WaitForSingleObject(servers[0].get(), kStaysUpWait), static_cast<DWORD>(WAIT_TIMEOUT));
+  ComPtr<ILumenBroker5> fifth;
+  EXPECT_EQ(factory->CreateInstance(nullptr, IID_ILumenBroker5, fifth.receiveVoid()), E_NOINTERFACE);
+  EXPECT_EQ(WaitForSingleObject(servers[0].get(), kExitWait), WAIT_OBJECT_0);
+}
+
+// In this process, without COM's routing: the counts behind the quit rule and
+// the registration's one-time cookie. One test, since a process registers once.
+TEST_F(BrokerServerTest, ClassObjectCountsAndOneRegistrationPerProcess) {
+  auto quitPosted = [] {
+    MSG message{};
+    return PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE) != FALSE;
+  };
+  ASSERT_EQ(BrokerServerLifecycle::registrationCookie, 0u) << "this process registered before";
+  EXPECT_EQ(BrokerServerLifecycle::RegisterBrokerClassObject(0, nullptr), S_OK);
+  EXPECT_EQ(BrokerServerLifecycle::factory, nullptr);
+  EXPECT_EQ(BrokerServerLifecycle::RevokeBrokerClassObject(), E_FAIL);
+
+  ASSERT_EQ(BrokerServerLifecycle::RegisterBrokerClassObject(1, nullptr), S_OK);
+  CoLumenBrokerServer::Factory* factory = BrokerServerLifecycle::factory;
+  ASSERT_NE(factory, nullptr);
+  EXPECT_NE(BrokerServerLifecycle::registrationCookie, 0u);
+  EXPECT_EQ(BrokerServerLifecycle::RegisterBrokerClassObject(1, nullptr), E_FAIL);
+
+  ComPtr<IClassFactory> classFactory;
+  EXPECT_EQ(factory->QueryInterface(IID_IClassFactory, classFactory.receiveVoid()), S_OK);
+  ComPtr<IDispatch> notAFactory;
+  EXPECT_EQ(factory->QueryInterface(IID_IDispatch, notAFactory.receiveVoid()), E_NOINTERFACE);
+  EXPECT_EQ(factory->CreateInstance(classFactory.get(), IID_ILumenBroker6, notAFactory.receiveVoid()),
+            CLASS_E_NOAGGREGATION);
+
+  ComPtr<ILumenBroker6> broker;
+  ASSERT_EQ(factory->CreateInstance(nullptr, IID_ILumenBroker6, broker.receiveVoid()), S_OK);
+  EXPECT_EQ(factory->objectCount, 1);
+  EXPECT_FALSE(BrokerServerLifecycle::CanUnload(factory));
+  ComPtr<ITypeInfo> info;
+  EXPECT_EQ(broker->GetTypeInfo(3, 0, info.receive()), DISP_E_BADINDEX);
+  EXPECT_EQ(broker->GetTypeInfo(0, 0, nullptr), static_cast<HRESULT>(0x80070057));
+  // The placeholder leaves its out-arguments as they came.
+  ULONG cookie = 77;
+  ScopedBstr untouched(L"as it came");
+  BSTR path = untouched.get();
+  wchar_t initial[] = L"a.sol";
+  EXPECT_EQ(broker->BrokerSaveDialog(0, initial, &cookie, &path), E_NOTIMPL);
+  EXPECT_EQ(cookie, 77u);
+  EXPECT_EQ(path, untouched.get());
+
+  ASSERT_EQ(factory->LockServer(TRUE), S_OK);
+  EXPECT_EQ(factory->lockCount, 1);
+  broker.reset();
+  EXPECT_EQ(factory->objectCount, 0);
+  EXPECT_FALSE(quitPosted()) << "a locked server quit";
+  ASSERT_EQ(factory->LockServer(FALSE), S_OK);
+  EXPECT_TRUE(BrokerServerLifecycle::CanUnload(factory));
+  EXPECT_FALSE(quitPosted()) << "unlocking quit";
+
+  // The object made for an unknown interface is released at once, and that release quits.
+  ComPtr<ILumenBroker5> fifth;
+  EXPECT_EQ(factory->CreateInstance(nullptr, IID_ILumenBroker5, fifth.receiveVoid()), E_NOINTERFACE);
+  EXPECT_FALSE(fifth);
+  EXPECT_EQ(factory->objectCount, 0);
+  EXPECT_TRUE(quitPosted());
+  classFactory.reset();
+
+  EXPECT_EQ(BrokerServerLifecycle::RevokeBrokerClassObject(), S_OK);
+  EXPECT_EQ(BrokerServerLifecycle::factory, nullptr);
+  // The cookie outlives the revocation: no second registration, so no second server.
+  EXPECT_NE(BrokerServerLifecycle::registrationCookie, 0u);
+  EXPECT_EQ(BrokerServerLifecycle::RegisterBrokerClassObject(1, nullptr), E_FAIL);
+  EXPECT_EQ(BrokerServerLifecycle::RunBrokerServer(nullptr), E_FAIL);
+  EXPECT_TRUE(FAILED(BrokerServerLifecycle::RevokeBrokerClassObject()));
+  EXPECT_FALSE(quitPosted());
+}
+
+}  // namespace
