@@ -1,0 +1,60 @@
+#pragma once
+// The runtime interfaces the protection query uses, reduced to the slots it
+// calls, in their published layouts. A parameterised interface's identifier
+// is derived from its type arguments; the two handler identifiers are those
+// for StorageFile and FileProtectionInfo.
+#include "engine/win32/WindowsApi.h"
+
+#include <inspectable.h>
+#include <winstring.h>
+
+#include <cstdint>
+
+namespace SASM::EnterpriseDataAbi {
+
+inline constexpr IID kStorageFileStaticsIid = {
+    0x5984c710, 0xdaf2, 0x43c8, {0x8b, 0xb4, 0xa4, 0xd3, 0xea, 0xcf, 0xd0, 0x3f}};
+inline constexpr IID kStorageItemIid = {0x4207a996, 0xca2f, 0x42f7, {0xbd, 0xe8, 0x8b, 0x10, 0x45, 0x7a, 0x7f, 0x30}};
+inline constexpr IID kFileProtectionManagerStaticsIid = {
+    0x5846fc9b, 0xe613, 0x426b, {0xbb, 0x38, 0x88, 0xcb, 0xa1, 0xdc, 0x9a, 0xdb}};
+inline constexpr IID kFileProtectionInfoIid = {
+    0x4ee96486, 0x147e, 0x4dd0, {0x8f, 0xaf, 0x52, 0x53, 0xed, 0x91, 0xad, 0x0c}};
+inline constexpr IID kStorageFileHandlerIid = {
+    0xe521c894, 0x2c26, 0x5946, {0x9e, 0x61, 0x2b, 0x5e, 0x18, 0x8d, 0x01, 0xed}};
+inline constexpr IID kProtectionInfoHandlerIid = {
+    0x2918ffea, 0xe091, 0x53e2, {0xbd, 0xe5, 0x61, 0x7c, 0x9b, 0xb3, 0xd8, 0xfe}};
+inline constexpr IID kAgileObjectIid = {0x94ea2b94, 0xe9cc, 0x49e0, {0xc0, 0xff, 0xee, 0x64, 0xca, 0x8f, 0x5b, 0x90}};
+
+// AsyncStatus.Completed.
+inline constexpr int32_t kAsyncCompleted = 1;
+
+// AsyncOperationCompletedHandler<T>; the operation arrives as its own interface.
+struct AsyncHandler : IUnknown {
+  virtual HRESULT STDMETHODCALLTYPE Invoke(IInspectable* operation, int32_t status) = 0;
+};
+
+// IAsyncOperation<T>, with the result as the interface it arrives as.
+struct AsyncOperation : IInspectable {
+  virtual HRESULT STDMETHODCALLTYPE put_Completed(AsyncHandler* handler) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_Completed(AsyncHandler** handler) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetResults(IInspectable** results) = 0;
+};
+
+struct StorageFileStatics : IInspectable {
+  virtual HRESULT STDMETHODCALLTYPE GetFileFromPathAsync(HSTRING path, AsyncOperation** operation) = 0;
+};
+
+struct FileProtectionManagerStatics : IInspectable {
+  virtual HRESULT STDMETHODCALLTYPE ProtectAsync(IInspectable* target, HSTRING identity, AsyncOperation** result) = 0;
+  virtual HRESULT STDMETHODCALLTYPE CopyProtectionAsync(IInspectable* source, IInspectable* target,
+                                                        AsyncOperation** result) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetProtectionInfoAsync(IInspectable* source, AsyncOperation** result) = 0;
+};
+
+struct FileProtectionInfo : IInspectable {
+  virtual HRESULT STDMETHODCALLTYPE get_Status(int32_t* status) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_IsRoamable(boolean* roamable) = 0;
+  virtual HRESULT STDMETHODCALLTYPE get_Identity(HSTRING* identity) = 0;
+};
+
+}  // namespace SASM::EnterpriseDataAbi

@@ -1,0 +1,91 @@
+#pragma once
+// Enterprise data protection in tables: the identities of the process and of
+// the calling client, and for each file one of the three answers the broker
+// has to live with — protected to an identity, not protected, or a failed
+// query. Answers may come from another thread, as the platform's do.
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "broker/EnterpriseProtectionPlatform.h"
+
+namespace SASM {
+
+class FakeEnterpriseProtectionPlatform : public EnterpriseProtectionPlatform {
+ public:
+  enum class Answer { kProtected, kNotProtected, kFailed };
+
+  // Without "srpapi.dll" nobody has identities.
+  void SetIdentitiesBound(bool bound) { identitiesBound_ = bound; }
+  void SetProcessIdentities(std::vector<std::u16string> identities) { process_ = std::move(identities); }
+  void SetClientIdentities(std::vector<std::u16string> identities) { client_ = std::move(identities); }
+  void FailImpersonation(int32_t result) { impersonationResult_ = result; }
+  // The size query answers 0x80070057 instead of saying how much it needs.
+  void AnswerSizeQueryWithInvalidArgument() { sizeQueryInvalid_ = true; }
+  void FailFilledQuery(int32_t result) { filledQueryResult_ = result; }
+
+  // Files exist when listed here.
+  void AddFile(std::u16string path) { files_.insert(std::move(path)); }
+  // The answer for a file; files without one are not protected.
+  void SetAnswer(std::u16string path, Answer answer, std::u16string identity = u"", int32_t status = 3);
+  void AnswerFromAnotherThread(bool async) { async_ = async; }
+  void SetProtectBound(bool bound) { protectBound_ = bound; }
+  void SetProtectResult(int32_t result) { protectResult_ = result; }
+
+  int Impersonations() const { return impersonations_; }
+  int Reverts() const { return reverts_; }
+  int OpenTokens() const { return openTokens_; }
+  // The buffer sizes offered to SrpGetEnterpriseIds, 0 for the size query.
+  const std::vector<uint32_t>& OfferedBytes() const { return offeredBytes_; }
+  const std::vector<std::u16string>& QueriedPaths() const { return queried_; }
+  const std::vector<std::pair<std::u16string, std::u16string>>& Protected() const { return protected_; }
+
+  bool CanGetEnterpriseIds() override { return identitiesBound_; }
+  int32_t ImpersonateClient() override;
+  void RevertToSelf() override;
+  bool OpenThreadToken(uint32_t access, Token& token) override;
+  bool OpenProcessToken(uint32_t access, Token& token) override;
+  void CloseToken(Token token) override;
+  int32_t GetEnterpriseIds(Token token, uint32_t& bytes, void* block, uint32_t& count) override;
+  bool FileExists(const char16_t* path) override { return path && files_.count(path) != 0; }
+  void BeginProtectionQuery(const char16_t* path, BrokerFileProtectionInfo& info) override;
+  bool CanProtectToIdentity() override { return protectBound_; }
+  int32_t ProtectToIdentity(const char16_t* path, const char16_t* identity) override;
+
+ private:
+  struct FileAnswer {
+    Answer answer;
+    std::u16string identity;
+    int32_t status;
+  };
+
+  static void Deliver(const FileAnswer& answer, BrokerFileProtectionInfo& info);
+
+  bool identitiesBound_ = true;
+  std::vector<std::u16string> process_;
+  std::vector<std::u16string> client_;
+  int32_t impersonationResult_ = 0;
+  bool impersonating_ = false;
+  bool sizeQueryInvalid_ = false;
+  int32_t filledQueryResult_ = 0;
+  std::set<std::u16string> files_;
+  std::map<std::u16string, FileAnswer> answers_;
+  bool async_ = false;
+  bool protectBound_ = true;
+  int32_t protectResult_ = 0;
+
+  int impersonations_ = 0;
+  int reverts_ = 0;
+  int openTokens_ = 0;
+  std::vector<uint32_t> offeredBytes_;
+  std::vector<std::u16string> queried_;
+  std::vector<std::pair<std::u16string, std::u16string>> protected_;
+  // Two distinct addresses stand for the two tokens.
+  char processToken_ = 0;
+  char clientToken_ = 0;
+};
+
+}  // namespace SASM

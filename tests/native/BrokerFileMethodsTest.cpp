@@ -1,0 +1,411 @@
+// The file family as a client sees it: HRESULTs, cookies, files on the fake
+// disk, and the enterprise decisions under each answer a protection query
+// can give.
+#include "broker/BrokerFileMethods.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "broker/DeferredFileOpener.h"
+#include "broker/Task.h"
+#include "tests/fakes/FakeBrokerFilePlatform.h"
+#include "tests/fakes/FakeEnterpriseProtectionPlatform.h"
+#include "tests/fakes/FakeInternetMarkPlatform.h"
+#include "tests/fakes/FakePathPlatform.h"
+
+using namespace SASM;
+using Answer = FakeEnterpriseProtectionPlatform::Answer;
+using Function = BrokerFilePlatform::Function;
+
+namespace {
+
+constexpr int32_t kFail = static_cast<int32_t>(0x80004005);
+constexpr int32_t kDenied = static_cast<int32_t>(0x80070005);
+constexpr int32_t kInvalid = static_cast<int32_t>(0x80070057);
+constexpr int32_t kNotFound = static_cast<int32_t>(0x80070002);
+constexpr int32_t kSharing = static_cast<int32_t>(0x80070020);
+
+const std::u16string kRoaming = u"C:\\Users\\a\\AppData\\Roaming";
+const std::u16string kPlayerData = kRoaming + u"\\Halcyonics\\Lumen Player";
+const std::u16string kShared = kPlayerData + u"\\#SharedObjects\\abc";
+const std::u16string kTempLow = u"C:\\Users\\a\\AppData\\Local\\Temp\\Low";
+const std::u16string kOutside = u"C:\\Windows\\win.ini";
+
+std::string Image() {
+  std::string bytes(0x200, '\x90');
+  bytes.replace(0, 2, "MZ");
+  bytes.replace(60, 4, std::string("\x80\0\0\0", 4));
+  bytes.replace(0x80, 4, std::string("PE\0\0", 4));
+  return bytes;
+}
+
+// A user profile with the player's folders, the same on the policy's view of
+// the disk and on the file family's; a broker object with no identities.
+class FileMethodsWorld : public ::testing::Test {
+ protected:
+  FileMethodsWorld() {
+    paths.SetFolder(26, kRoaming + u"\\");
+    paths.SetFolder(28, u"C:\\Users\\a\\AppData\\Local");
+    paths.SetFolder(37, u"C:\\Windows\\system32");
+    paths.SetFolder(41, u"C:\\Windows\\SysWOW64");
+    paths.SetTempPath(u"C:\\Users\\a\\AppData\\Local\\Temp\\");
+    for (const std::u16string& directory :
+         {kShared, kPlayerData + u"\\www.halcyonics.example", kTempLow, std::u16string(u"C:\\Windows\\System32")}) {
+      paths.AddDirectory(directory);
+      files.AddDirectory(directory);
+    }
+    cookies.SetDeferredOpen(&DeferredFileOpener::OpenRecord, &opener);
+  }
+  ~FileMethodsWorld() override { StopTask(); }
+
+  // The broker object's identities, read as it is made.
+  void MakeServerIdentities(std::vector<std::u16string> identities) {
+    protection.SetProcessIdentities(std::move(identities));
+    serverIdentities = EnterpriseIdentityList(protection, EnterpriseIdentityList::kServerProcess);
+  }
+
+  uint32_t Open(const std::u16string& path, int32_t readOnly, int32_t truncate = 0, int32_t* result = nullptr) {
+    uint32_t cookie = 0xDEAD;
+    int32_t hr = methods.CreateFile(path.c_str(), readOnly, truncate, &cookie);
+    if (result) *result = hr;
+    return cookie;
+  }
+
+  int32_t Write(uint32_t cookie, const std::string& bytes) {
+    uint32_t count = 0;
+    return methods.WriteFile(cookie, files.MakeArray(bytes), &count);
+  }
+
+  FakePathPlatform paths;
+  FakeBrokerFilePlatform files;
+  FakeEnterpriseProtectionPlatform protection;
+  FakeInternetMarkPlatform marks;
+  BrokerPathPolicy policy{paths, true};
+  BrokerCookieTable cookies;
+  EnterpriseIdentityList serverIdentities;
+  DeferredFileOpener opener{files, protection, marks};
+  BrokerFileMethods methods{files, protection, marks, policy, cookies, serverIdentities};
+};
+
+class BrokerCreateFile : public FileMethodsWorld {};
+class BrokerCreateFileEnterprise : public FileMethodsWorld {};
+class BrokerFileHandles : public FileMethodsWorld {};
+class BrokerReadWrite : public FileMethodsWorld {};
+class BrokerPathChanges : public FileMethodsWorld {};
+class BrokerListing : public FileMethodsWorld {};
+class BrokerMarkFileUnsafe : public FileMethodsWorld {};
+
+}  // namespace
+
+TEST_F(BrokerCreateFile, ReadsRetryWithWriteSharingAndWritesNeitherRetryNorKeepTheirTruncation) {
+  files.AddFile(kPlayerData + u"\\busy.sol", "x");
+  files.HoldForWriting(kPlayerData + u"\\busy.sol");
+  int32_t hr = 0;
+  EXPECT_NE(Open(kPlayerData + u"\\busy.sol", 1, 0, &hr), 0u);
+  EXPECT_EQ(files.Opens().back().shareMode, 3u);
+  size_t opens = files.Opens().size();
+  EXPECT_EQ(Open(kPlayerData + u"\\busy.sol", 0, 1, &hr), 0u);
+  EXPECT_EQ(hr, kSharing);
+  EXPECT_EQ(files.Opens().size(), opens + 1);
+  EXPECT_EQ(files.Opens().back().disposition, 2u);
+}
+
+TEST_F(BrokerCreateFile, ReadingNeedsNoPolicyButWritingDoes) {
+  files.AddFile(kOutside, "[fonts]");
+  int32_t hr = 0;
+  EXPECT_NE(Open(kOutside, 1, 0, &hr), 0u);
+  EXPECT_EQ(Open(kOutside, 0, 0, &hr), 0u);
+  EXPECT_EQ(hr, kDenied);
+  EXPECT_EQ(Open(kPlayerData + u"\\x.exe", 0, 0, &hr), 0u);
+  EXPECT_EQ(hr, kDenied);
+  EXPECT_EQ(Open(kPlayerData + u"\\missing.sol", 1, 0, &hr), 0u);
+  EXPECT_EQ(hr, kNotFound);
+  files.Unbind(Function::kCreateFile);
+  EXPECT_EQ(Open(kOutside, 1, 0, &hr), 0u);
+  EXPECT_EQ(hr, kFail);
+}
+
+TEST_F(BrokerCreateFile, WrittenFilesAreMarkedAndEveryCookieKeepsItsPathForSniffing) {
+  uint32_t writer = Open(u"<LOCAL_APPDATA>\\Temp\\Low\\x.bin", 0);
+  ASSERT_NE(writer, 0u);
+  EXPECT_EQ(marks.Log(), (std::vector<std::string>{"Zone C:\\Users\\a\\AppData\\Local\\Temp\\Low\\x.bin"}));
+  EXPECT_EQ(*cookies.FindCookie(writer)->filePath, kTempLow + u"\\x.bin");
+  files.AddFile(kPlayerData + u"\\a.sol", "abc");
+  uint32_t reader = Open(kPlayerData + u"\\a.sol", 1);
+  EXPECT_EQ(cookies.FindCookie(reader)->sniffActive, 1);
+  EXPECT_EQ(marks.Log().size(), 1u);
+}
+
+TEST_F(BrokerCreateFile, ALibraryNameTakesOrdinaryDataButNotAnImage) {
+  uint32_t cookie = Open(kPlayerData + u"\\cache.dll", 0);
+  EXPECT_EQ(Write(cookie, "MZ but not an image"), 0);
+  EXPECT_EQ(files.Content(kPlayerData + u"\\cache.dll"), "MZ but not an image");
+  methods.CloseHandle(cookie);
+
+  cookie = Open(kPlayerData + u"\\plugin.dll", 0);
+  EXPECT_EQ(Write(cookie, Image()), kFail);
+  EXPECT_FALSE(files.Exists(kPlayerData + u"\\plugin.dll"));
+  EXPECT_EQ(methods.CloseHandle(cookie), 0);
+  EXPECT_EQ(methods.CloseHandle(cookie), kInvalid);
+}
+
+TEST_F(BrokerCreateFileEnterprise, ACallerWithAnIdentityReadsOnlyFilesProtectedToIt) {
+  protection.SetClientIdentities({u"client.example", u"second.example"});
+  struct Case {
+    const char16_t* name;
+    Answer answer;
+    const char16_t* identity;
+    int32_t expected;
+  };
+  const Case cases[] = {{u"mine", Answer::kProtected, u"client.example", 0},
+                        {u"second", Answer::kProtected, u"second.example", 0},
+                        {u"theirs", Answer::kProtected, u"CLIENT.example", kDenied},
+                        {u"blank", Answer::kProtected, u"", 0},
+                        {u"open", Answer::kNotProtected, u"", 0},
+                        {u"broken", Answer::kFailed, u"", 0}};
+  for (const Case& c : cases) {
+    std::u16string path = kOutside + c.name;
+    files.AddFile(path, "x");
+    protection.AddFile(path);
+    protection.SetAnswer(path, c.answer, c.identity);
+    int32_t hr = 1;
+    Open(path, 1, 0, &hr);
+    EXPECT_EQ(hr, c.expected) << MString(path).ToUtf8();
+  }
+  // The client is asked about under impersonation, once per open.
+  EXPECT_EQ(protection.Impersonations(), 6);
+  EXPECT_EQ(protection.Reverts(), 6);
+}
+
+TEST_F(BrokerCreateFileEnterprise, ACallerWithoutAnIdentityIsKeptFromProtectedFilesOnlyWhenTheServerHasOne) {
+  files.AddFile(kOutside, "x");
+  protection.AddFile(kOutside);
+  protection.SetAnswer(kOutside, Answer::kProtected, u"corp.example");
+  int32_t hr = 0;
+  // With no server identities nothing here can be protected, and nobody asks.
+  EXPECT_NE(Open(kOutside, 1, 0, &hr), 0u);
+  EXPECT_TRUE(protection.QueriedPaths().empty());
+
+  MakeServerIdentities({u"corp.example"});
+  EXPECT_EQ(Open(kOutside, 1, 0, &hr), 0u);
+  EXPECT_EQ(hr, kDenied);
+  protection.SetAnswer(kOutside, Answer::kFailed);
+  EXPECT_NE(Open(kOutside, 1, 0, &hr), 0u);
+  protection.SetAnswer(kOutside, Answer::kNotProtected);
+  EXPECT_NE(Open(kOutside, 1, 0, &hr), 0u);
+}
+
+TEST_F(BrokerCreateFileEnterprise, WithoutIdentityServicesOpensFollowThePolicyAlone) {
+  protection.SetIdentitiesBound(false);
+  protection.SetClientIdentities({u"client.example"});
+  MakeServerIdentities({u"corp.example"});
+  files.AddFile(kOutside, "x");
+  protection.AddFile(kOutside);
+  protection.SetAnswer(kOutside, Answer::kProtected, u"corp.example");
+  EXPECT_NE(Open(kOutside, 1), 0u);
+  EXPECT_NE(Open(kShared + u"\\s.sol", 0), 0u);
+  EXPECT_TRUE(protection.QueriedPaths().empty());
+  EXPECT_TRUE(protection.Protected().empty());
+}
+
+TEST_F(BrokerCreateFileEnterprise, ASharedObjectIsCreatedAndProtectedToTheCallerBeforeItOpens) {
+  protection.SetClientIdentities({u"client.example", u"second.example"});
+  MakeServerIdentities({u"corp.example"});
+  EXPECT_NE(Open(kShared + u"\\new.sol", 0, 1), 0u);
+  ASSERT_EQ(files.Opens().size(), 2u);
+  EXPECT_EQ(files.Opens()[0].disposition, 2u);
+  EXPECT_EQ(files.Opens()[0].flags, 0x10000000u);
+  // The open itself no longer creates: the file is to keep its protection.
+  EXPECT_EQ(files.Opens()[1].disposition, 3u);
+  ASSERT_EQ(protection.Protected().size(), 1u);
+  EXPECT_EQ(protection.Protected()[0].second, u"client.example");
+
+  // An existing one isn't created again, nor truncated, but is protected.
+  files.AddFile(kShared + u"\\old.sol", "kept");
+  EXPECT_NE(Open(kShared + u"\\old.sol", 0, 1), 0u);
+  EXPECT_EQ(files.Opens().size(), 3u);
+  EXPECT_EQ(files.Content(kShared + u"\\old.sol"), "kept");
+  EXPECT_EQ(protection.Protected().size(), 2u);
+
+  // A failed protection is the answer; elsewhere the policy alone decides.
+  protection.SetProtectResult(static_cast<int32_t>(0x80071771));
+  int32_t hr = 0;
+  EXPECT_EQ(Open(kShared + u"\\third.sol", 0, 0, &hr), 0u);
+  EXPECT_EQ(hr, static_cast<int32_t>(0x80071771));
+  EXPECT_NE(Open(kPlayerData + u"\\plain.sol", 0, 0, &hr), 0u);
+  EXPECT_EQ(files.Opens().back().disposition, 4u);
+}
+
+TEST_F(BrokerFileHandles, AChosenFileOpensOnItsFirstSeekAndIsNeverReadBeforeThat) {
+  auto open = std::make_unique<DeferredOpen>();
+  open->desiredAccess = 0x40000000;
+  open->creationDisposition = 2;
+  uint32_t cookie = 0;
+  ASSERT_TRUE(cookies.AddFileCookie(0, cookie, false, (kPlayerData + u"\\chosen.sol").c_str(), std::move(open)));
+  uint32_t read = 7;
+  BrokerFilePlatform::ByteArray data = nullptr;
+  EXPECT_EQ(methods.ReadFile(cookie, 4, &read, &data), kInvalid);
+  uint32_t position = 0;
+  EXPECT_EQ(methods.SetFilePointer(cookie, 10, 0, &position), 0);
+  EXPECT_EQ(position, 10u);
+  EXPECT_TRUE(files.Exists(kPlayerData + u"\\chosen.sol"));
+  EXPECT_EQ(methods.CloseHandle(cookie), 0);
+  EXPECT_EQ(files.OpenHandles(), 0u);
+}
+
+TEST_F(BrokerFileHandles, TheSeekDistanceIsKeptWhateverTheMethodAndFailuresComeFromThePlatform) {
+  files.AddFile(kPlayerData + u"\\a.sol", std::string(100, 'a'));
+  uint32_t cookie = Open(kPlayerData + u"\\a.sol", 0);
+  uint32_t position = 0;
+  EXPECT_EQ(methods.SetFilePointer(cookie, -10, 2, &position), 0);
+  EXPECT_EQ(position, 90u);
+  EXPECT_EQ(cookies.FindCookie(cookie)->seekBase, -10);
+  EXPECT_EQ(methods.SetFilePointer(cookie, -5, 0, &position), static_cast<int32_t>(0x80070083));
+  EXPECT_EQ(position, 0xFFFFFFFFu);
+  EXPECT_EQ(methods.SetFilePointer(cookie, 0, 0, nullptr), kInvalid);
+}
+
+TEST_F(BrokerReadWrite, AReadKeepsTheLengthAskedForAndSaysHowMuchCounts) {
+  files.AddFile(kPlayerData + u"\\a.sol", "hello");
+  uint32_t cookie = Open(kPlayerData + u"\\a.sol", 1);
+  uint32_t read = 0;
+  BrokerFilePlatform::ByteArray data = nullptr;
+  EXPECT_EQ(methods.ReadFile(cookie, 8, &read, &data), 0);
+  EXPECT_EQ(read, 5u);
+  EXPECT_EQ(files.ArrayBytes(data), std::string("hello\0\0\0", 8));
+  EXPECT_EQ(methods.ReadFile(cookie, 0, &read, &data), 0);
+  EXPECT_EQ(read, 0u);
+  EXPECT_EQ(files.ArrayBytes(data), "");
+
+  // An array that can't be opened goes back as success, the count untouched.
+  files.FailArrayAccess(static_cast<int32_t>(0x8002000D));
+  read = 77;
+  EXPECT_EQ(methods.ReadFile(cookie, 4, &read, &data), 0);
+  EXPECT_EQ(read, 77u);
+  EXPECT_NE(data, nullptr);
+}
+
+TEST_F(BrokerReadWrite, AFailedReadDestroysTheArray) {
+  // A write-only cookie can't read back what it wrote.
+  uint32_t writer = Open(kPlayerData + u"\\w.sol", 0);
+  uint32_t read = 0;
+  BrokerFilePlatform::ByteArray data = nullptr;
+  EXPECT_EQ(methods.ReadFile(writer, 4, &read, &data), kDenied);
+  EXPECT_EQ(data, nullptr);
+  EXPECT_EQ(files.LiveArrays(), 0u);
+  files.LimitArrays(16);
+  EXPECT_EQ(methods.ReadFile(writer, 17, &read, &data), kFail);
+}
+
+TEST_F(BrokerReadWrite, OnlyAWellFormedArrayIsWritten) {
+  uint32_t cookie = Open(kPlayerData + u"\\w.sol", 0);
+  uint32_t written = 9;
+  EXPECT_EQ(methods.WriteFile(cookie, files.MakeArray("ab", 2), &written), kFail);
+  EXPECT_EQ(written, 0u);
+  EXPECT_EQ(methods.WriteFile(cookie, files.MakeArray("ab", 1, 2), &written), kFail);
+  EXPECT_EQ(methods.WriteFile(cookie, files.MakeArray("ab", 1, 1, 1), &written), kFail);
+  EXPECT_EQ(methods.WriteFile(cookie, nullptr, &written), kInvalid);
+  files.FailArrayAccess(static_cast<int32_t>(0x8002000D));
+  EXPECT_EQ(methods.WriteFile(cookie, files.MakeArray("ab"), &written), static_cast<int32_t>(0x8002000D));
+  EXPECT_EQ(files.Content(kPlayerData + u"\\w.sol"), "");
+}
+
+TEST_F(BrokerPathChanges, DeletionsOutsideTheRootsFailPlainlyAndNeedNoExtension) {
+  files.AddFile(kOutside, "x");
+  EXPECT_EQ(methods.DeleteFile(kOutside.c_str()), kFail);
+  EXPECT_TRUE(files.Exists(kOutside));
+  files.AddFile(kPlayerData + u"\\old.exe", "x");
+  EXPECT_EQ(methods.DeleteFile((kPlayerData + u"\\old.exe").c_str()), 0);
+  EXPECT_EQ(methods.DeleteFile((kPlayerData + u"\\old.exe").c_str()), kNotFound);
+  EXPECT_EQ(methods.CreateDirectory((kRoaming + u"\\Other").c_str()), kFail);
+  EXPECT_EQ(methods.RemoveDirectory((kPlayerData + u"\\www.halcyonics.example").c_str()), kFail);
+}
+
+TEST_F(BrokerPathChanges, AMoveHoldsTheTargetsDirectoryAndPassesItsFlags) {
+  files.AddFile(kPlayerData + u"\\a.sol", "data");
+  EXPECT_EQ(methods.MoveFileEx((kPlayerData + u"\\a.sol").c_str(), (kShared + u"\\b.sol").c_str(), 9), 0);
+  EXPECT_EQ(files.Content(kShared + u"\\b.sol"), "data");
+  EXPECT_EQ(files.MoveFlags(), (std::vector<uint32_t>{9}));
+  ASSERT_EQ(files.PinnedDuringMoves().size(), 1u);
+  EXPECT_EQ(MString(files.PinnedDuringMoves()[0]).ToUtf8(),
+            "C:\\USERS\\A\\APPDATA\\ROAMING\\HALCYONICS\\LUMEN PLAYER\\#SHAREDOBJECTS\\ABC");
+  EXPECT_EQ(files.Opens().back().shareMode, 3u);
+  EXPECT_EQ(files.Opens().back().flags, 0x42000000u);
+  EXPECT_EQ(files.OpenHandles(), 0u);
+}
+
+TEST_F(BrokerPathChanges, MovesRefuseStrayFlagsDirectoriesMissingFilesAndForeignPaths) {
+  files.AddFile(kPlayerData + u"\\a.sol", "data");
+  std::u16string from = kPlayerData + u"\\a.sol";
+  std::u16string to = kPlayerData + u"\\b.sol";
+  EXPECT_EQ(methods.MoveFileEx(from.c_str(), to.c_str(), 0x10), kFail);
+  EXPECT_EQ(methods.MoveFileEx(kShared.c_str(), to.c_str(), 0), kFail);
+  // A missing file answers all ones, and so looks like a directory.
+  EXPECT_EQ(methods.MoveFileEx((kPlayerData + u"\\none.sol").c_str(), to.c_str(), 0), kFail);
+  EXPECT_EQ(methods.MoveFileEx(from.c_str(), (kPlayerData + u"\\b.exe").c_str(), 0), kFail);
+  EXPECT_EQ(methods.MoveFileEx(from.c_str(), kOutside.c_str(), 0), kFail);
+  EXPECT_TRUE(files.MoveFlags().empty());
+  EXPECT_TRUE(files.Opens().empty());
+}
+
+TEST_F(BrokerListing, ASearchListsEntriesUntilTheEndOfTheListing) {
+  files.AddFile(kPlayerData + u"\\a.sol", "a");
+  std::u16string leaf;
+  uint32_t attributes = 0;
+  uint32_t cookie = 0;
+  ASSERT_EQ(methods.FindFirstFile((kPlayerData + u"\\a*").c_str(), &leaf, &attributes, &cookie), 0);
+  EXPECT_EQ(leaf, u"A.SOL");
+  EXPECT_EQ(methods.FindNextFile(cookie, &leaf, &attributes), static_cast<int32_t>(0x80070012));
+  EXPECT_EQ(methods.FindClose(cookie), 0);
+  EXPECT_EQ(methods.FindClose(cookie), kInvalid);
+  EXPECT_EQ(methods.FindFirstFile(u"C:\\Windows\\*", &leaf, &attributes, &cookie), kDenied);
+  EXPECT_EQ(methods.FindFirstFile(nullptr, &leaf, &attributes, &cookie), kInvalid);
+}
+
+TEST_F(BrokerListing, FindCloseOnAFileCookieHandsTheFileHandleOnAndFreesTheCookie) {
+  uint32_t cookie = Open(kPlayerData + u"\\a.sol", 0);
+  EXPECT_EQ(methods.FindClose(cookie), static_cast<int32_t>(0x80070006));
+  EXPECT_EQ(cookies.FindCookie(cookie), nullptr);
+  EXPECT_EQ(files.OpenHandles(), 1u);
+}
+
+TEST_F(BrokerListing, HistoryIsDeletedAndTheFolderMadeAgainEmpty) {
+  files.AddFile(kShared + u"\\x.sol", "x");
+  EXPECT_EQ(methods.DeleteBrowsingHistory(kPlayerData.c_str()), 0);
+  std::u16string expected = kPlayerData + u"\\#SharedObjects";
+  expected.push_back(u'\0');
+  EXPECT_EQ(files.FileOperations(), (std::vector<std::u16string>{expected}));
+  EXPECT_FALSE(files.Exists(kShared + u"\\x.sol"));
+  EXPECT_TRUE(files.Exists(kPlayerData + u"\\#SharedObjects"));
+
+  for (int32_t answer : {2, 124, 1026}) {
+    files.SetFileOperationResult(answer);
+    EXPECT_EQ(methods.DeleteBrowsingHistory(kPlayerData.c_str()), 0) << answer;
+  }
+  files.SetFileOperationResult(5);
+  EXPECT_EQ(methods.DeleteBrowsingHistory(kPlayerData.c_str()), kFail);
+  EXPECT_EQ(methods.DeleteBrowsingHistory(u"C:\\Windows"), kFail);
+}
+
+TEST_F(BrokerMarkFileUnsafe, TheAttachmentServicesGetThePathAndWhicheverUrlsWereGiven) {
+  EXPECT_EQ(methods.MarkFileUnsafe(kOutside.c_str(), u"http://a.example/f", u"http://b.example/"), 0);
+  EXPECT_EQ(marks.Log(), (std::vector<std::string>{"Initialize", "Create 1", "LocalPath C:\\Windows\\win.ini",
+                                                   "Referrer http://b.example/", "Source http://a.example/f", "Save",
+                                                   "Release", "Uninitialize"}));
+  marks.SetSaveResult(kDenied);
+  EXPECT_EQ(methods.MarkFileUnsafe(kOutside.c_str(), u"", nullptr), kDenied);
+  EXPECT_EQ(marks.Log().size(), 14u);
+}
+
+TEST_F(BrokerMarkFileUnsafe, FailuresBeforeSavingAreTheAnswer) {
+  EXPECT_EQ(methods.MarkFileUnsafe(nullptr, u"", u""), kInvalid);
+  marks.SetInitializeResult(static_cast<int32_t>(0x80010106));
+  EXPECT_EQ(methods.MarkFileUnsafe(kOutside.c_str(), u"", u""), static_cast<int32_t>(0x80010106));
+  marks.SetInitializeResult(1);
+  marks.SetCreateResult(static_cast<int32_t>(0x80040154));
+  EXPECT_EQ(methods.MarkFileUnsafe(kOutside.c_str(), u"", u""), static_cast<int32_t>(0x80040154));
+  EXPECT_EQ(marks.Log(), (std::vector<std::string>{"Initialize", "Initialize", "Create 1", "Uninitialize"}));
+}

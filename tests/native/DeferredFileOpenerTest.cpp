@@ -1,0 +1,143 @@
+#include "broker/DeferredFileOpener.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "broker/BrokerCookieTable.h"
+#include "tests/fakes/FakeBrokerFilePlatform.h"
+#include "tests/fakes/FakeEnterpriseProtectionPlatform.h"
+#include "tests/fakes/FakeInternetMarkPlatform.h"
+
+using SASM::BrokerCookieRecord;
+using SASM::BrokerCookieTable;
+using SASM::DeferredFileOpener;
+using SASM::DeferredOpen;
+using SASM::FakeBrokerFilePlatform;
+using SASM::FakeEnterpriseProtectionPlatform;
+using SASM::FakeInternetMarkPlatform;
+
+namespace {
+
+const std::u16string kChosen = u"C:\\Users\\a\\Documents\\movie.flv";
+constexpr uint64_t kNone = BrokerCookieRecord::kNoHandle;
+
+// A save dialog's choice: write, share reading, the given disposition.
+class DeferredFileOpenerTest : public ::testing::Test {
+ protected:
+  DeferredFileOpenerTest() {
+    files.AddDirectory(u"C:\\Users\\a\\Documents");
+    protection.SetProcessIdentities({u"corp.example"});
+    record.filePath = kChosen;
+  }
+
+  void Choose(uint32_t disposition, const char16_t* identity = nullptr, uint32_t access = 0x40000000) {
+    auto open = std::make_unique<DeferredOpen>();
+    open->desiredAccess = access;
+    open->shareMode = 1;
+    open->creationDisposition = disposition;
+    open->flagsAndAttributes = 0x80;
+    if (identity) open->identity = identity;
+    record.deferredOpen = std::move(open);
+  }
+
+  FakeBrokerFilePlatform files;
+  FakeEnterpriseProtectionPlatform protection;
+  FakeInternetMarkPlatform marks;
+  DeferredFileOpener opener{files, protection, marks};
+  BrokerCookieRecord record;
+};
+
+}  // namespace
+
+TEST_F(DeferredFileOpenerTest, TheFileIsOpenedWithTheChosenValuesAndMarked) {
+  Choose(2);
+  uint64_t handle = opener.Open(record);
+  EXPECT_TRUE(files.IsOpen(handle));
+  EXPECT_EQ(record.handle, handle);
+  EXPECT_EQ(record.deferredOpen, nullptr);
+  ASSERT_EQ(files.Opens().size(), 1u);
+  EXPECT_EQ(files.Opens()[0].access, 0x40000000u);
+  EXPECT_EQ(files.Opens()[0].shareMode, 1u);
+  EXPECT_EQ(files.Opens()[0].disposition, 2u);
+  EXPECT_EQ(files.Opens()[0].flags, 0x80u);
+  EXPECT_EQ(marks.Log(), (std::vector<std::string>{"Attachment C:\\Users\\a\\Documents\\movie.flv"}));
+}
+
+TEST_F(DeferredFileOpenerTest, AFailedOpenIsStillMarkedButWithoutCreateFileNothingHappens) {
+  Choose(3);
+  EXPECT_EQ(opener.Open(record), kNone);
+  EXPECT_EQ(record.deferredOpen, nullptr);
+  EXPECT_EQ(marks.Log().size(), 1u);
+
+  files.Unbind(SASM::BrokerFilePlatform::Function::kCreateFile);
+  Choose(2);
+  EXPECT_EQ(opener.Open(record), kNone);
+  EXPECT_EQ(record.deferredOpen, nullptr);
+  EXPECT_EQ(marks.Log().size(), 1u);
+}
+
+TEST_F(DeferredFileOpenerTest, AFileChosenForAnIdentityIsCreatedProtectedThenOpened) {
+  Choose(2, u"corp.example");
+  uint64_t handle = opener.Open(record);
+  EXPECT_TRUE(files.IsOpen(handle));
+  ASSERT_EQ(files.Opens().size(), 2u);
+  // Created alone first, then opened as it now exists.
+  EXPECT_EQ(files.Opens()[0].access, 0x40000000u);
+  EXPECT_EQ(files.Opens()[0].shareMode, 0u);
+  EXPECT_EQ(files.Opens()[0].disposition, 2u);
+  EXPECT_EQ(files.Opens()[0].flags, 0x80u);
+  EXPECT_EQ(files.Opens()[1].disposition, 3u);
+  ASSERT_EQ(protection.Protected().size(), 1u);
+  EXPECT_EQ(protection.Protected()[0].first, kChosen);
+  EXPECT_EQ(protection.Protected()[0].second, u"corp.example");
+}
+
+TEST_F(DeferredFileOpenerTest, AnExistingFileKeptByItsDispositionIsProtectedWithoutBeingCreated) {
+  files.AddFile(kChosen, "old");
+  Choose(4, u"corp.example");
+  opener.Open(record);
+  ASSERT_EQ(files.Opens().size(), 1u);
+  EXPECT_EQ(files.Opens()[0].disposition, 3u);
+  EXPECT_EQ(protection.Protected().size(), 1u);
+  EXPECT_EQ(files.Content(kChosen), "old");
+}
+
+TEST_F(DeferredFileOpenerTest, AProtectionThatFailsLeavesTheFileUnopened) {
+  protection.SetProtectResult(static_cast<int32_t>(0x80070005));
+  Choose(2, u"corp.example");
+  EXPECT_EQ(opener.Open(record), kNone);
+  EXPECT_EQ(record.deferredOpen, nullptr);
+  EXPECT_EQ(files.Opens().size(), 1u);
+  EXPECT_TRUE(marks.Log().empty());
+}
+
+TEST_F(DeferredFileOpenerTest, NoProtectionWithoutAServerIdentityOrForReading) {
+  protection.SetProcessIdentities({});
+  Choose(2, u"corp.example");
+  opener.Open(record);
+  EXPECT_EQ(files.Opens().back().disposition, 2u);
+  files.CloseHandle(record.handle);
+
+  protection.SetProcessIdentities({u"corp.example"});
+  Choose(3, u"corp.example", 0x80000000);
+  EXPECT_NE(opener.Open(record), kNone);
+  EXPECT_TRUE(protection.Protected().empty());
+}
+
+TEST_F(DeferredFileOpenerTest, TheCookieTableOpensThroughItOnFirstUse) {
+  BrokerCookieTable table;
+  table.SetDeferredOpen(&DeferredFileOpener::OpenRecord, &opener);
+  auto open = std::make_unique<DeferredOpen>();
+  open->desiredAccess = 0x40000000;
+  open->creationDisposition = 2;
+  uint32_t cookie = 0;
+  ASSERT_TRUE(table.AddFileCookie(0, cookie, false, kChosen.c_str(), std::move(open)));
+  uint64_t handle = 0;
+  EXPECT_NE(table.ResolveFileHandle(cookie, handle, false), nullptr);
+  EXPECT_TRUE(files.IsOpen(handle));
+  EXPECT_EQ(table.FindCookie(cookie)->handle, handle);
+  EXPECT_TRUE(files.Exists(kChosen));
+}
