@@ -223,6 +223,9 @@ class CoLumenBrokerServer : public ILumenBroker6 {
   virtual ~CoLumenBrokerServer();
 
  private:
+  // The directory's accessor, made by the first BrokerLcd* call; null only when memory is short.
+  ILcdAccessor* LcdAccessor();
+
   // In the order they are built; destruction runs the other way.
   LONG refCount_ = 1;
   ComPtr<ITypeInfo> typeInfo_;
