@@ -1,9 +1,9 @@
 #pragma once
 // What enterprise data protection asks of the system: a token's enterprise
-// identities, a file's protection, and protecting a file to an identity. The
-// services are absent under Wine and on systems before them; the Win32 side
-// then answers "not bound" or fails, and the decisions above it treat the
-// files as unprotected.
+// identities, a file's protection, protecting a file to an identity, and the
+// user's audited consent to let a protected file go. The services are absent
+// under Wine and on systems before them; the Win32 side then answers "not
+// bound" or fails, and the decisions above it treat the files as unprotected.
 #include <cstdint>
 
 namespace SASM {
@@ -42,6 +42,14 @@ class EnterpriseProtectionPlatform {
   // Whether ProtectFileToEnterpriseIdentity was found ("efswrt.dll").
   virtual bool CanProtectToIdentity() = 0;
   virtual int32_t ProtectToIdentity(const char16_t* path, const char16_t* identity) = 0;
+
+  // Asks the policy manager whether content protected to `sourceIdentity` may
+  // go to `targetIdentity`, with an audit record of the file's leaf name and
+  // the address it is for, the user's consent owned by `window`. Waits for the
+  // answer while the calling thread's messages are dispatched. True only when
+  // the answer is "allowed"; a manager that can't be reached refuses.
+  virtual bool RequestAccessWithAudit(const char16_t* sourceIdentity, const char16_t* targetIdentity, uint64_t window,
+                                      const char16_t* leafName, const char16_t* remoteUrl) = 0;
 };
 
 }  // namespace SASM

@@ -45,6 +45,8 @@ class IFileSystem {
   virtual int32_t Delete(std::u16string_view path) = 0;
   virtual int32_t GetAttributes(std::u16string_view path, uint32_t& attributes) = 0;
   virtual int32_t SetAttributes(std::u16string_view path, uint32_t attributes) = 0;
+  // As a file time (100 ns units since 1601, UTC).
+  virtual int32_t GetLastWriteTime(std::u16string_view path, uint64_t& fileTime) = 0;
   // Names in the order the platform's enumeration returns them, "." and ".." included.
   virtual int32_t EnumerateDirectory(std::u16string_view directory, std::vector<std::u16string>& names) = 0;
   virtual int32_t CreateDirectory(std::u16string_view path) = 0;

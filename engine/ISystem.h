@@ -29,6 +29,11 @@ class ISystem {
   virtual bool IsWow64Process() = 0;
   virtual uint32_t WindowsMajorVersion() = 0;
   virtual uint32_t TickCount() = 0;
+  virtual void Sleep(uint32_t milliseconds) = 0;
+  // The current time as a file time (100 ns units since 1601, UTC); false when it can't be converted.
+  virtual bool CurrentFileTime(uint64_t& fileTime) = 0;
+  // One draw from the system's random generator; false when the draw failed.
+  virtual bool DrawRandom(uint32_t& value) = 0;
   // False when the resource module has no such string.
   virtual bool LoadResourceString(void* module, uint32_t id, std::u16string& text) = 0;
   // ShellExecuteW's instance value: 32 or less is a failure.

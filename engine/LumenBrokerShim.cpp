@@ -16,6 +16,8 @@
 #include "install/FileProtection.h"
 #include "install/ProductInventory.h"
 #include "install/ReportingRegistry.h"
+#include "removal/ConflictingProcesses.h"
+#include "removal/ProductRemoval.h"
 
 namespace SASM {
 
@@ -98,9 +100,8 @@ bool LumenBrokerShim::IsUacEnabled() {
   return static_cast<int32_t>(enableLua) > 0;
 }
 
-bool LumenBrokerShim::UninstallProduct(uint32_t, MString, uint8_t) {
-  ReportNotAvailable(u"UninstallProduct");
-  return false;
+bool LumenBrokerShim::UninstallProduct(uint32_t kind, MString file, uint8_t removeSafeVersions) {
+  return ProductRemoval(*this, platform_).UninstallProduct(kind, file, removeSafeVersions);
 }
 
 bool LumenBrokerShim::RegisterProduct(uint32_t kind, MString playerPath, MString uninstallerPath, MString,
@@ -117,29 +118,24 @@ bool LumenBrokerShim::RegisterProduct(uint32_t kind, MString playerPath, MString
   return true;
 }
 
-bool LumenBrokerShim::RemoveUpdateService(void*, MString) {
-  ReportNotAvailable(u"RemoveUpdateService");
-  return false;
+bool LumenBrokerShim::RemoveUpdateService(void*, MString directory) {
+  return ProductRemoval(*this, platform_).RemoveUpdateService(directory);
 }
 
-bool LumenBrokerShim::RemoveProductKind(uint32_t, MString, uint8_t, uint8_t) {
-  ReportNotAvailable(u"RemoveProductKind");
-  return false;
+bool LumenBrokerShim::RemoveProductKind(uint32_t kind, MString directory, uint8_t a, uint8_t b) {
+  return ProductRemoval(*this, platform_).RemoveProductKind(kind, directory, a, b);
 }
 
-bool LumenBrokerShim::RemoveNamedFiles(uint32_t, MString) {
-  ReportNotAvailable(u"RemoveNamedFiles");
-  return false;
+bool LumenBrokerShim::RemoveNamedFiles(uint32_t kinds, MString directory) {
+  return ProductRemoval(*this, platform_).RemoveNamedFiles(kinds, directory);
 }
 
-bool LumenBrokerShim::RemoveOneFile(MString, MString) {
-  ReportNotAvailable(u"RemoveOneFile");
-  return false;
+bool LumenBrokerShim::RemoveOneFile(MString name, MString path) {
+  return ProductRemoval(*this, platform_).RemoveOneFile(name, path);
 }
 
-bool LumenBrokerShim::RemovePatternFiles(uint32_t, MString) {
-  ReportNotAvailable(u"RemovePatternFiles");
-  return false;
+bool LumenBrokerShim::RemovePatternFiles(uint32_t kinds, MString directory) {
+  return ProductRemoval(*this, platform_).RemovePatternFiles(kinds, directory);
 }
 
 bool LumenBrokerShim::RefreshElevationPolicy() {
@@ -208,19 +204,15 @@ MStringList* LumenBrokerShim::GetProductManagerEntries() {
   return engine ? &engine->productManagerEntries : nullptr;
 }
 
-bool LumenBrokerShim::StoreConflicts(uint32_t) {
-  ReportNotAvailable(u"StoreConflicts");
-  return false;
+bool LumenBrokerShim::StoreConflicts(uint32_t kinds) {
+  return ConflictingProcesses(*host, platform_).StoreConflicts(kinds);
 }
 
-bool LumenBrokerShim::HasStoredConflicts() {
-  ReportNotAvailable(u"HasStoredConflicts");
-  return false;
-}
+bool LumenBrokerShim::HasStoredConflicts() { return ConflictingProcesses(*host, platform_).HasStoredConflicts(); }
 
-MStringList* LumenBrokerShim::FindConflicts(uint32_t) {
-  ReportNotAvailable(u"FindConflicts");
-  return nullptr;
+MStringList* LumenBrokerShim::FindConflicts(uint32_t kinds) {
+  // Unlike the engine's lists this one is new, and the caller frees it.
+  return ConflictingProcesses(*host, platform_).FindConflicts(kinds);
 }
 
 MStringList* LumenBrokerShim::GetExtraActiveXFiles() { return engine ? &engine->extraActiveXFiles : nullptr; }
@@ -254,8 +246,8 @@ bool LumenBrokerShim::ExtractUpdateVersion(MString, MString&) {
 }
 
 bool LumenBrokerShim::FindDefaultBrowser() {
-  ReportNotAvailable(u"FindDefaultBrowser");
-  return false;
+  browserName = ConflictingProcesses(*host, platform_).FindDefaultBrowser();
+  return !browserName.IsEmpty();
 }
 
 bool LumenBrokerShim::OpenExpressInstallUrl(void* window) {
@@ -302,15 +294,7 @@ bool LumenBrokerShim::OpenControlPanelApplet() {
   return false;
 }
 
-bool LumenBrokerShim::IsBadRealPlayer() {
-  std::u16string version;
-  if (platform_.registry->ReadString(RegistryHive::Machine, u"SOFTWARE\\RealNetworks\\RealPlayer", u"version",
-                                     version) != 0)
-    return false;
-  MString text{std::u16string_view(version)};
-  MString major = text.SpanUntil(".");
-  return !major.IsEmpty() && major.At(0) == u'6';
-}
+bool LumenBrokerShim::IsBadRealPlayer() { return ConflictingProcesses(*host, platform_).IsBadRealPlayer(); }
 
 int32_t LumenBrokerShim::GetInstalledVersionState(uint32_t kind) {
   return ProductInventory(*host, *platform_.registry).CompareInstalledVersion(kind);

@@ -3,9 +3,13 @@
 #include "engine/IAccessControl.h"
 #include "engine/IFileSystem.h"
 #include "engine/IModuleLoader.h"
+#include "engine/IProcessLauncher.h"
 #include "engine/IProcesses.h"
 #include "engine/IRegistry.h"
+#include "engine/IServiceManager.h"
 #include "engine/ISystem.h"
+#include "engine/ITaskScheduler.h"
+#include "engine/ITerminalSessions.h"
 
 namespace SASM {
 
@@ -17,6 +21,11 @@ struct Platform {
   IModuleLoader* modules = nullptr;
   IProcesses* processes = nullptr;
   IAccessControl* access = nullptr;
+  // Removal's seams; without them services count as absent, commands and tasks fail.
+  IServiceManager* services = nullptr;
+  IProcessLauncher* launcher = nullptr;
+  ITerminalSessions* sessions = nullptr;
+  ITaskScheduler* scheduler = nullptr;
 };
 
 }  // namespace SASM

@@ -40,8 +40,12 @@ const char* HostOptions::Usage() {
   return "usage: LumenUtilHost [-lists] [-settings FILE] [-module FILE] [-activex] [-npapi] [-ppapi] [-release]\n"
          "                     [-flags N] [-source N] [-help]\n"
          "       LumenUtilHost -install KIND... -player PATH -uninstaller PATH [-uninstall-entry] [...]\n"
+         "       LumenUtilHost -conflicts KIND... [-source N] [...]\n"
+         "       LumenUtilHost -uninstall KIND... -directory DIR [...]\n"
          "  -lists     load the engine's lists from the settings and print them with the message log (default)\n"
          "  -install   register each selected kind for the files at the given paths and print the message log\n"
+         "  -conflicts print the running processes that stand in the way of the selected kinds\n"
+         "  -uninstall remove each selected kind, its named and pattern files from DIR, and print the message log\n"
          "  -Embedding run the broker server (as started by COM)\n";
 }
 
@@ -69,6 +73,8 @@ bool HostOptions::Parse(const std::vector<std::u16string>& args) {
     else if (arg == u"-Embedding" || arg == u"/Embedding" || arg == u"-broker") mode = Mode::Broker;
     else if (arg == u"-help" || arg == u"/?" || arg == u"-h") mode = Mode::Help;
     else if (arg == u"-install") mode = Mode::Install;
+    else if (arg == u"-conflicts") mode = Mode::Conflicts;
+    else if (arg == u"-uninstall") mode = Mode::Uninstall;
     else if (arg == u"-uninstall-entry") writeUninstallEntry = true;
     else if (arg == u"-activex") flags |= ProductKind::kActiveX;
     else if (arg == u"-npapi") flags |= ProductKind::kNpapi;
@@ -82,6 +88,8 @@ bool HostOptions::Parse(const std::vector<std::u16string>& args) {
       if (!value(playerPath)) return false;
     } else if (arg == u"-uninstaller") {
       if (!value(uninstallerPath)) return false;
+    } else if (arg == u"-directory") {
+      if (!value(directory)) return false;
     } else if (arg == u"-flags") {
       if (!number(flags)) return false;
     } else if (arg == u"-source") {
@@ -91,8 +99,23 @@ bool HostOptions::Parse(const std::vector<std::u16string>& args) {
       return false;
     }
   }
+  bool anyKind = flags & (ProductKind::kActiveX | ProductKind::kNpapi | ProductKind::kPpapi);
+  if (mode == Mode::Conflicts && !anyKind) {
+    error = "-conflicts needs a kind: -activex, -npapi or -ppapi";
+    return false;
+  }
+  if (mode == Mode::Uninstall) {
+    if (!anyKind) {
+      error = "-uninstall needs a kind: -activex, -npapi or -ppapi";
+      return false;
+    }
+    if (directory.empty()) {
+      error = "-uninstall needs -directory DIR";
+      return false;
+    }
+  }
   if (mode == Mode::Install) {
-    if (!(flags & (ProductKind::kActiveX | ProductKind::kNpapi | ProductKind::kPpapi))) {
+    if (!anyKind) {
       error = "-install needs a kind: -activex, -npapi or -ppapi";
       return false;
     }

@@ -7,7 +7,7 @@
 namespace SASM {
 
 struct HostOptions {
-  enum class Mode { Lists, Broker, Install, Help };
+  enum class Mode { Lists, Broker, Install, Conflicts, Uninstall, Help };
 
   Mode mode = Mode::Lists;
   std::u16string settingsPath;  // -settings FILE; default beside the executable
@@ -17,10 +17,12 @@ struct HostOptions {
   std::u16string playerPath;       // -player PATH, for -install
   std::u16string uninstallerPath;  // -uninstaller PATH, for -install
   bool writeUninstallEntry = false;  // -uninstall-entry
+  std::u16string directory;          // -directory DIR, for -uninstall: where the system files are
   std::string error;            // one line when parsing failed
 
-  // False with error set on an unknown switch, a missing or bad argument, or an
-  // -install that lacks a kind or one of its two paths.
+  // False with error set on an unknown switch, a missing or bad argument, an
+  // -install that lacks a kind or one of its two paths, a -conflicts without a kind, or an
+  // -uninstall that lacks a kind or its directory.
   bool Parse(const std::vector<std::u16string>& args);
   static const char* Usage();
 };

@@ -1,7 +1,9 @@
 #include "removal/RegistryKeyFamilies.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string>
+#include <string_view>
 
 #include "engine/ClassId.h"
 #include "engine/IRegistry.h"
@@ -118,6 +120,22 @@ void WalkRows(const Row (&rows)[N], RegistryKeyFamilies::Visitor visitor, void* 
   }
 }
 
+bool IsNumeric(std::string_view name) {
+  for (char c : name) {
+    if (c < '0' || c > '9') return false;
+  }
+  return true;
+}
+
+// By value, for digit strings of any length.
+int32_t CompareValues(std::string_view a, std::string_view b) {
+  a.remove_prefix(std::min(a.find_first_not_of('0'), a.size()));
+  b.remove_prefix(std::min(b.find_first_not_of('0'), b.size()));
+  if (a.size() != b.size()) return a.size() < b.size() ? -1 : 1;
+  int result = a.compare(b);
+  return result < 0 ? -1 : result > 0 ? 1 : 0;
+}
+
 }  // namespace
 
 void RegistryKeyFamilies::Walk(Family family, Visitor visitor, void* context) {
@@ -150,6 +168,15 @@ int32_t RegistryKeyFamilies::DeleteMachineKey(IRegistry& registry, const char* k
 void RegistryKeyFamilies::DeleteVisitor(void* registry, const char* keyName) {
   // The walk goes on whatever a deletion answers: removal runs on half-installed systems too.
   DeleteMachineKey(*static_cast<IRegistry*>(registry), keyName);
+}
+
+int32_t RegistryKeyFamilies::CompareNames(const char* a, const char* b) {
+  std::string_view left = a ? a : "", right = b ? b : "";
+  bool leftNumeric = IsNumeric(left), rightNumeric = IsNumeric(right);
+  if (leftNumeric && rightNumeric) return CompareValues(left, right);
+  if (leftNumeric != rightNumeric) return leftNumeric ? 1 : -1;
+  int result = std::strcmp(left.data(), right.data());
+  return result < 0 ? -1 : result > 0 ? 1 : 0;
 }
 
 }  // namespace SASM

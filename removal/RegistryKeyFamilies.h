@@ -37,6 +37,10 @@ class RegistryKeyFamilies {
   static int32_t DeleteMachineKey(IRegistry& registry, const char* keyName);
   // A visitor whose context is the IRegistry to delete from.
   static void DeleteVisitor(void* registry, const char* keyName);
+
+  // The order the lists come with: names of digits only (or empty) compare by value
+  // and sort after all others; other names compare byte for byte. Below 0, 0, above 0.
+  static int32_t CompareNames(const char* a, const char* b);
 };
 
 }  // namespace SASM

@@ -2,6 +2,8 @@
 
 #include <new>
 
+#include "broker/Task.h"
+
 namespace SASM {
 
 int32_t BrokerServerLifecycle::RunBrokerServer(HostCallbacks* host) {
@@ -47,6 +49,6 @@ bool BrokerServerLifecycle::CanUnload(const CoLumenBrokerServer::Factory* factor
   return factory->objectCount == 0 && factory->lockCount == 0;
 }
 
-void BrokerServerLifecycle::StopWorkerTaskIfStarted() {}
+void BrokerServerLifecycle::StopWorkerTaskIfStarted() { StopTask(); }
 
 }  // namespace SASM

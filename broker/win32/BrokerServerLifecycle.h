@@ -22,8 +22,8 @@ class BrokerServerLifecycle {
   static HRESULT RegisterBrokerClassObject(int32_t enable, HostCallbacks* host);
   static HRESULT RevokeBrokerClassObject();
   static bool CanUnload(const CoLumenBrokerServer::Factory* factory);
-  // Stops the file protection worker if this process ever started it. No
-  // family starts one yet; the worker's own work fills this in.
+  // Stops the file protection worker if this process ever started it; the
+  // first protection query of a file open starts it.
   static void StopWorkerTaskIfStarted();
 
   // The process's one class object, null before registration and after revocation.

@@ -17,7 +17,15 @@ constexpr IID kFontLinkInterface = {0x359F3441, 0xBD4A, 0x11D0, {0xB1, 0x88, 0x0
 
 }  // namespace
 
-CoLumenBrokerServer::CoLumenBrokerServer(HostCallbacks* host) : policy_(pathPlatform_, true), host_(host) {
+CoLumenBrokerServer::CoLumenBrokerServer(HostCallbacks* host)
+    : policy_(pathPlatform_, true),
+      host_(host),
+      serverIdentities_(protection_, EnterpriseIdentityList::kServerProcess),
+      opener_(files_, protection_, marks_),
+      fileMethods_(files_, protection_, marks_, policy_, cookies_, serverIdentities_),
+      dialogOwners_(pathPlatform_, *Win32Platform().processes),
+      auditedOpener_(fileMethods_, files_, protection_, policy_, cookies_, dialogOwners_, serverIdentities_) {
+  cookies_.SetDeferredOpen(&DeferredFileOpener::OpenRecord, &opener_);
   policy_.SetEnableLocalAppData(WindowsFileManager(Win32Platform()).EnableLocalAppData());
   if (BrokerServerLifecycle::factory) InterlockedIncrement(&BrokerServerLifecycle::factory->objectCount);
 

@@ -12,8 +12,16 @@
 
 #include <memory>
 
+#include "broker/AuditedFileOpener.h"
 #include "broker/BrokerCookieTable.h"
+#include "broker/BrokerFileMethods.h"
 #include "broker/BrokerPathPolicy.h"
+#include "broker/DeferredFileOpener.h"
+#include "broker/DialogOwnerPolicy.h"
+#include "broker/EnterpriseIdentityList.h"
+#include "broker/win32/Win32BrokerFilePlatform.h"
+#include "broker/win32/Win32EnterpriseProtectionPlatform.h"
+#include "broker/win32/Win32InternetMarkPlatform.h"
 #include "broker/win32/Win32PathPlatform.h"
 #include "connections/ILcdAccessor.h"
 #include "engine/win32/Advapi32DllHelper.h"
@@ -237,7 +245,16 @@ class CoLumenBrokerServer : public ILumenBroker6 {
   HostCallbacks* host_;
   ComPtr<IMultiLanguage> multiLanguage_;
   ComPtr<IMLangFontLink> fontLink_;
+  // The file family's platforms come before the server's identities, which are read through them.
+  Win32BrokerFilePlatform files_;
+  Win32EnterpriseProtectionPlatform protection_;
+  Win32InternetMarkPlatform marks_;
+  EnterpriseIdentityList serverIdentities_;
   Edpwin32DllHelper edpwin32_;
+  DeferredFileOpener opener_;
+  BrokerFileMethods fileMethods_;
+  DialogOwnerPolicy dialogOwners_;
+  AuditedFileOpener auditedOpener_;
 };
 
 }  // namespace SASM

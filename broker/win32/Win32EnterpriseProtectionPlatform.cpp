@@ -2,6 +2,7 @@
 
 #include <objbase.h>
 
+#include "broker/win32/Win32AccessConsentRequest.h"
 #include "broker/win32/Win32FileProtectionQuery.h"
 
 namespace SASM {
@@ -63,6 +64,13 @@ bool Win32EnterpriseProtectionPlatform::CanProtectToIdentity() {
 int32_t Win32EnterpriseProtectionPlatform::ProtectToIdentity(const char16_t* path, const char16_t* identity) {
   auto protect = edpwin32_.ProtectFileToEnterpriseIdentity();
   return protect ? protect(Wide(path), Wide(identity)) : E_NOTIMPL;
+}
+
+bool Win32EnterpriseProtectionPlatform::RequestAccessWithAudit(const char16_t* sourceIdentity,
+                                                               const char16_t* targetIdentity, uint64_t window,
+                                                               const char16_t* leafName, const char16_t* remoteUrl) {
+  return Win32AccessConsentRequest::Ask(reinterpret_cast<HWND>(static_cast<uintptr_t>(window)), Wide(sourceIdentity),
+                                        Wide(targetIdentity), Wide(leafName), Wide(remoteUrl));
 }
 
 }  // namespace SASM

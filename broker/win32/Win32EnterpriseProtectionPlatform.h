@@ -1,8 +1,8 @@
 #pragma once
 // Enterprise data protection through the platform: identities from
 // "srpapi.dll", protection from "efswrt.dll", the protection query through the
-// runtime. Each is found at run time and is simply absent where the system
-// lacks it.
+// runtime, consent through the policy manager. Each is found at run time and
+// is simply absent where the system lacks it.
 #include "broker/EnterpriseProtectionPlatform.h"
 #include "engine/win32/Edpwin32DllHelper.h"
 #include "engine/win32/Kernel32DllHelper.h"
@@ -23,6 +23,8 @@ class Win32EnterpriseProtectionPlatform : public EnterpriseProtectionPlatform {
   void BeginProtectionQuery(const char16_t* path, BrokerFileProtectionInfo& info) override;
   bool CanProtectToIdentity() override;
   int32_t ProtectToIdentity(const char16_t* path, const char16_t* identity) override;
+  bool RequestAccessWithAudit(const char16_t* sourceIdentity, const char16_t* targetIdentity, uint64_t window,
+                              const char16_t* leafName, const char16_t* remoteUrl) override;
 
  private:
   SrpapiDllHelper srpapi_;

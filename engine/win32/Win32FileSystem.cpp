@@ -69,6 +69,13 @@ int32_t Win32FileSystem::SetAttributes(std::u16string_view path, uint32_t attrib
   return SetFileAttributesW(ToWide(path).c_str(), attributes) ? ERROR_SUCCESS : LastError();
 }
 
+int32_t Win32FileSystem::GetLastWriteTime(std::u16string_view path, uint64_t& fileTime) {
+  WIN32_FILE_ATTRIBUTE_DATA data;
+  if (!GetFileAttributesExW(ToWide(path).c_str(), GetFileExInfoStandard, &data)) return LastError();
+  fileTime = (static_cast<uint64_t>(data.ftLastWriteTime.dwHighDateTime) << 32) | data.ftLastWriteTime.dwLowDateTime;
+  return ERROR_SUCCESS;
+}
+
 int32_t Win32FileSystem::EnumerateDirectory(std::u16string_view directory, std::vector<std::u16string>& names) {
   std::wstring pattern = ToWide(directory) + L"\\*";
   WIN32_FIND_DATAW data;

@@ -12,6 +12,7 @@ class Win32FileSystem : public IFileSystem {
   int32_t Delete(std::u16string_view path) override;
   int32_t GetAttributes(std::u16string_view path, uint32_t& attributes) override;
   int32_t SetAttributes(std::u16string_view path, uint32_t attributes) override;
+  int32_t GetLastWriteTime(std::u16string_view path, uint64_t& fileTime) override;
   int32_t EnumerateDirectory(std::u16string_view directory, std::vector<std::u16string>& names) override;
   int32_t CreateDirectory(std::u16string_view path) override;
   int32_t RemoveDirectory(std::u16string_view path) override;

@@ -6,9 +6,13 @@
 #include "engine/win32/Win32AccessControl.h"
 #include "engine/win32/Win32FileSystem.h"
 #include "engine/win32/Win32ModuleLoader.h"
+#include "engine/win32/Win32ProcessLauncher.h"
 #include "engine/win32/Win32Processes.h"
 #include "engine/win32/Win32Registry.h"
+#include "engine/win32/Win32ServiceManager.h"
 #include "engine/win32/Win32System.h"
+#include "engine/win32/Win32TaskScheduler.h"
+#include "engine/win32/Win32TerminalSessions.h"
 
 namespace SASM {
 
@@ -23,7 +27,12 @@ const Platform& Win32Platform() {
   static Win32ModuleLoader modules;
   static Win32Processes processes;
   static Win32AccessControl access;
-  static const Platform platform{&registry, &files, &system, &modules, &processes, &access};
+  static Win32ServiceManager services;
+  static Win32ProcessLauncher launcher;
+  static Win32TerminalSessions sessions;
+  static Win32TaskScheduler scheduler;
+  static const Platform platform{&registry, &files,    &system,   &modules,   &processes,
+                                 &access,   &services, &launcher, &sessions, &scheduler};
   return platform;
 }
 

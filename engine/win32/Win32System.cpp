@@ -2,6 +2,7 @@
 
 #include "engine/win32/WindowsApi.h"
 
+#include <ntsecapi.h>
 #include <psapi.h>
 #include <shellapi.h>
 #include <shlobj.h>
@@ -53,6 +54,24 @@ uint32_t Win32System::WindowsMajorVersion() {
 }
 
 uint32_t Win32System::TickCount() { return GetTickCount(); }
+
+void Win32System::Sleep(uint32_t milliseconds) { ::Sleep(milliseconds); }
+
+bool Win32System::CurrentFileTime(uint64_t& fileTime) {
+  SYSTEMTIME now;
+  GetSystemTime(&now);
+  FILETIME converted;
+  if (!SystemTimeToFileTime(&now, &converted)) return false;
+  fileTime = (static_cast<uint64_t>(converted.dwHighDateTime) << 32) | converted.dwLowDateTime;
+  return true;
+}
+
+bool Win32System::DrawRandom(uint32_t& value) {
+  ULONG draw = 0;
+  if (!RtlGenRandom(&draw, sizeof(draw))) return false;
+  value = draw;
+  return true;
+}
 
 bool Win32System::LoadResourceString(void* module, uint32_t id, std::u16string& text) {
   const wchar_t* resource = nullptr;

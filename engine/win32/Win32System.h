@@ -11,6 +11,9 @@ class Win32System : public ISystem {
   bool IsWow64Process() override;
   uint32_t WindowsMajorVersion() override;
   uint32_t TickCount() override;
+  void Sleep(uint32_t milliseconds) override;
+  bool CurrentFileTime(uint64_t& fileTime) override;
+  bool DrawRandom(uint32_t& value) override;
   bool LoadResourceString(void* module, uint32_t id, std::u16string& text) override;
   intptr_t ShellExecute(void* window, std::u16string_view verb, std::u16string_view file,
                         std::u16string_view parameters) override;

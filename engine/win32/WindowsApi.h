@@ -26,3 +26,4 @@
 #undef CreateFile
 #undef CharUpperBuff
 #undef DispatchMessage  // ILcdAccessor::DispatchMessage; the message pump calls DispatchMessageW
+#undef OpenService  // IServiceManager::OpenService; Win32 code calls OpenServiceW

@@ -27,7 +27,9 @@ enum ExitCode {
   kBadModule = 4,
   kNoShim = 5,
   kListsIncomplete = 6,
-  kRegistrationFailed = 7
+  kRegistrationFailed = 7,
+  kProcessesNotListed = 8,
+  kRemovalFailed = 9
 };
 
 void Print(const std::string& text) { std::fputs(text.c_str(), stdout); }
@@ -117,6 +119,42 @@ int Install(LumenBrokerShim& shim, ReferenceHost& host, const HostOptions& optio
   return all ? kOk : kRegistrationFailed;
 }
 
+// The conflict list for the selected kinds, one "key: shown name" line per process.
+int ShowConflicts(LumenBrokerShim& shim, ReferenceHost& host, const HostOptions& options) {
+  uint32_t kinds = options.flags & (ProductKind::kActiveX | ProductKind::kNpapi | ProductKind::kPpapi);
+  std::unique_ptr<MStringList> conflicts(shim.FindConflicts(kinds));
+  int result = kOk;
+  if (!conflicts) {
+    Print("FindConflicts " + std::to_string(kinds) + ": the processes cannot be listed\n");
+    result = kProcessesNotListed;
+  } else {
+    Print("FindConflicts " + std::to_string(kinds) + " (" + std::to_string(conflicts->Count()) + "):\n");
+    for (auto* node = conflicts->head; node; node = node->next)
+      Print("  " + node->key.ToUtf8() + ": " + node->value.ToUtf8() + "\n");
+  }
+  Print("Message log (" + std::to_string(host.Log().Count()) + "):\n" + host.FormatLog());
+  return result;
+}
+
+// Removes each selected kind, in the order 8, 16, 32768, then the named and pattern files of them all.
+int Uninstall(LumenBrokerShim& shim, ReferenceHost& host, const HostOptions& options) {
+  MString directory{std::u16string_view(options.directory)};
+  uint32_t kinds = options.flags & (ProductKind::kActiveX | ProductKind::kNpapi | ProductKind::kPpapi);
+  // The file lists come from the settings; missing ones only leave less to remove.
+  shim.LoadEngineLists();
+  bool all = true;
+  for (uint32_t kind : ProductKind::kAll) {
+    if (!(kinds & kind)) continue;
+    bool removed = shim.RemoveProductKind(kind, directory, 0, 0);
+    Print("RemoveProductKind " + std::to_string(kind) + ": " + (removed ? "true" : "false") + "\n");
+    all = all && removed;
+  }
+  shim.RemoveNamedFiles(kinds, directory);
+  shim.RemovePatternFiles(kinds, directory);
+  Print("Message log (" + std::to_string(host.Log().Count()) + "):\n" + host.FormatLog());
+  return all ? kOk : kRemovalFailed;
+}
+
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
@@ -164,6 +202,10 @@ int wmain(int argc, wchar_t** argv) {
       if (host.Log().Count() > 0) std::fputs(host.FormatLog().c_str(), stderr);
     } else if (options.mode == HostOptions::Mode::Install) {
       result = Install(*shim, host, options);
+    } else if (options.mode == HostOptions::Mode::Conflicts) {
+      result = ShowConflicts(*shim, host, options);
+    } else if (options.mode == HostOptions::Mode::Uninstall) {
+      result = Uninstall(*shim, host, options);
     } else {
       result = ShowLists(*shim, host);
     }

@@ -112,4 +112,12 @@ int32_t FakeEnterpriseProtectionPlatform::ProtectToIdentity(const char16_t* path
   return protectResult_;
 }
 
+bool FakeEnterpriseProtectionPlatform::RequestAccessWithAudit(const char16_t* sourceIdentity,
+                                                              const char16_t* targetIdentity, uint64_t window,
+                                                              const char16_t* leafName, const char16_t* remoteUrl) {
+  auto text = [](const char16_t* value) { return std::u16string(value ? value : u""); };
+  consentRequests_.push_back({text(sourceIdentity), text(targetIdentity), window, text(leafName), text(remoteUrl)});
+  return consent_;
+}
+
 }  // namespace SASM

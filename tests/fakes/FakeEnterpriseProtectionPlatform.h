@@ -34,6 +34,18 @@ class FakeEnterpriseProtectionPlatform : public EnterpriseProtectionPlatform {
   void AnswerFromAnotherThread(bool async) { async_ = async; }
   void SetProtectBound(bool bound) { protectBound_ = bound; }
   void SetProtectResult(int32_t result) { protectResult_ = result; }
+  // What the user answers when the policy manager asks for consent.
+  void SetConsent(bool allowed) { consent_ = allowed; }
+
+  // One consent request as the policy manager saw it.
+  struct ConsentRequest {
+    std::u16string source;
+    std::u16string target;
+    uint64_t window;
+    std::u16string leafName;
+    std::u16string remoteUrl;
+    bool operator==(const ConsentRequest&) const = default;
+  };
 
   int Impersonations() const { return impersonations_; }
   int Reverts() const { return reverts_; }
@@ -42,6 +54,7 @@ class FakeEnterpriseProtectionPlatform : public EnterpriseProtectionPlatform {
   const std::vector<uint32_t>& OfferedBytes() const { return offeredBytes_; }
   const std::vector<std::u16string>& QueriedPaths() const { return queried_; }
   const std::vector<std::pair<std::u16string, std::u16string>>& Protected() const { return protected_; }
+  const std::vector<ConsentRequest>& ConsentRequests() const { return consentRequests_; }
 
   bool CanGetEnterpriseIds() override { return identitiesBound_; }
   int32_t ImpersonateClient() override;
@@ -54,6 +67,8 @@ class FakeEnterpriseProtectionPlatform : public EnterpriseProtectionPlatform {
   void BeginProtectionQuery(const char16_t* path, BrokerFileProtectionInfo& info) override;
   bool CanProtectToIdentity() override { return protectBound_; }
   int32_t ProtectToIdentity(const char16_t* path, const char16_t* identity) override;
+  bool RequestAccessWithAudit(const char16_t* sourceIdentity, const char16_t* targetIdentity, uint64_t window,
+                              const char16_t* leafName, const char16_t* remoteUrl) override;
 
  private:
   struct FileAnswer {
@@ -76,6 +91,7 @@ class FakeEnterpriseProtectionPlatform : public EnterpriseProtectionPlatform {
   bool async_ = false;
   bool protectBound_ = true;
   int32_t protectResult_ = 0;
+  bool consent_ = true;
 
   int impersonations_ = 0;
   int reverts_ = 0;
@@ -83,6 +99,7 @@ class FakeEnterpriseProtectionPlatform : public EnterpriseProtectionPlatform {
   std::vector<uint32_t> offeredBytes_;
   std::vector<std::u16string> queried_;
   std::vector<std::pair<std::u16string, std::u16string>> protected_;
+  std::vector<ConsentRequest> consentRequests_;
   // Two distinct addresses stand for the two tokens.
   char processToken_ = 0;
   char clientToken_ = 0;

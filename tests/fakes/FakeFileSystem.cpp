@@ -152,6 +152,20 @@ int32_t FakeFileSystem::SetAttributes(std::u16string_view path, uint32_t attribu
   return kSuccess;
 }
 
+void FakeFileSystem::SetLastWriteTime(std::u16string_view path, uint64_t fileTime) {
+  auto found = entries_.find(Key(path));
+  if (found != entries_.end()) found->second.lastWrite = fileTime;
+}
+
+int32_t FakeFileSystem::GetLastWriteTime(std::u16string_view path, uint64_t& fileTime) {
+  std::u16string key = Key(path);
+  if (int32_t failure = Failure(key)) return failure;
+  auto found = entries_.find(key);
+  if (found == entries_.end()) return MissingError(key);
+  fileTime = found->second.lastWrite;
+  return kSuccess;
+}
+
 int32_t FakeFileSystem::EnumerateDirectory(std::u16string_view directory, std::vector<std::u16string>& names) {
   std::u16string key = Key(directory);
   if (int32_t failure = Failure(key)) return failure;

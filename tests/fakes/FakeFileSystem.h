@@ -25,6 +25,8 @@ class FakeFileSystem : public IFileSystem {
   void Deny(std::u16string_view path) { FailPath(path, FileError::kAccessDenied); }
   void Hide(std::u16string_view path) { FailPath(path, FileError::kFileNotFound); }
   void SetTempPath(std::u16string path) { tempPath_ = std::move(path); }
+  // Entries are written at time 0 unless told otherwise.
+  void SetLastWriteTime(std::u16string_view path, uint64_t fileTime);
   // The long form of a short path; other existing paths are their own long form.
   void AddLongName(std::u16string_view shortPath, std::u16string longPath);
 
@@ -42,6 +44,7 @@ class FakeFileSystem : public IFileSystem {
   int32_t Delete(std::u16string_view path) override;
   int32_t GetAttributes(std::u16string_view path, uint32_t& attributes) override;
   int32_t SetAttributes(std::u16string_view path, uint32_t attributes) override;
+  int32_t GetLastWriteTime(std::u16string_view path, uint64_t& fileTime) override;
   int32_t EnumerateDirectory(std::u16string_view directory, std::vector<std::u16string>& names) override;
   int32_t CreateDirectory(std::u16string_view path) override;
   int32_t RemoveDirectory(std::u16string_view path) override;
@@ -55,6 +58,7 @@ class FakeFileSystem : public IFileSystem {
     std::u16string path;  // as added
     uint32_t attributes;
     std::string content;
+    uint64_t lastWrite = 0;
   };
   struct Handle {
     std::u16string key;

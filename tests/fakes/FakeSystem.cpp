@@ -28,6 +28,23 @@ uint32_t FakeSystem::TickCount() {
   return now;
 }
 
+void FakeSystem::Sleep(uint32_t milliseconds) {
+  sleeps_.push_back(milliseconds);
+  ticks_ += milliseconds;
+}
+
+bool FakeSystem::CurrentFileTime(uint64_t& fileTime) {
+  if (fileTime_ == 0) return false;
+  fileTime = fileTime_;
+  return true;
+}
+
+bool FakeSystem::DrawRandom(uint32_t& value) {
+  if (nextDraw_ >= draws_.size()) return false;
+  value = draws_[nextDraw_++];
+  return true;
+}
+
 bool FakeSystem::LoadResourceString(void*, uint32_t id, std::u16string& text) {
   auto found = strings_.find(id);
   if (found == strings_.end()) return false;

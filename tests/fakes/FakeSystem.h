@@ -31,6 +31,10 @@ class FakeSystem : public ISystem {
   void SetTickCount(uint32_t ticks) { ticks_ = ticks; }
   // Each reading of the clock moves it on by this much.
   void SetTickStep(uint32_t step) { tickStep_ = step; }
+  // The file time the clock answers; 0 makes the conversion fail.
+  void SetFileTime(uint64_t fileTime) { fileTime_ = fileTime; }
+  // Draws answered in order; when they run out every draw fails.
+  void SetRandomDraws(std::vector<uint32_t> draws) { draws_ = std::move(draws); }
   void SetResourceString(uint32_t id, std::u16string text) { strings_[id] = std::move(text); }
   void SetShellExecuteResult(intptr_t result) { shellExecuteResult_ = result; }
   void SetStartProcessResult(int32_t result) { startProcessResult_ = result; }
@@ -40,6 +44,8 @@ class FakeSystem : public ISystem {
   const std::vector<int32_t>& FolderRequests() const { return folderRequests_; }
   const std::vector<Execution>& Executions() const { return executions_; }
   const std::vector<std::u16string>& StartedProcesses() const { return started_; }
+  // Every sleep, in order; each moves the clock on by its length.
+  const std::vector<uint32_t>& Sleeps() const { return sleeps_; }
 
   bool GetFolderPath(int32_t csidl, std::u16string& path) override;
   bool GetSystemDirectory(std::u16string& path) override;
@@ -47,6 +53,9 @@ class FakeSystem : public ISystem {
   bool IsWow64Process() override { return wow64Process_; }
   uint32_t WindowsMajorVersion() override { return majorVersion_; }
   uint32_t TickCount() override;
+  void Sleep(uint32_t milliseconds) override;
+  bool CurrentFileTime(uint64_t& fileTime) override;
+  bool DrawRandom(uint32_t& value) override;
   bool LoadResourceString(void* module, uint32_t id, std::u16string& text) override;
   intptr_t ShellExecute(void* window, std::u16string_view verb, std::u16string_view file,
                         std::u16string_view parameters) override;
@@ -63,6 +72,10 @@ class FakeSystem : public ISystem {
   uint32_t majorVersion_ = 10;
   uint32_t ticks_ = 1000;
   uint32_t tickStep_ = 0;
+  uint64_t fileTime_ = 133500000000000000ull;  // early 2024
+  std::vector<uint32_t> draws_;
+  size_t nextDraw_ = 0;
+  std::vector<uint32_t> sleeps_;
   std::map<uint32_t, std::u16string> strings_;
   intptr_t shellExecuteResult_ = 42;
   int32_t startProcessResult_ = 0;

@@ -41,6 +41,26 @@ TEST(HostOptions, InstallTakesTheKindsAndBothPaths) {
   EXPECT_EQ(plain.mode, HostOptions::Mode::Lists) << "the paths alone choose no mode";
 }
 
+TEST(HostOptions, ConflictsListsTheSelectedKinds) {
+  HostOptions options;
+  ASSERT_TRUE(options.Parse({u"-conflicts", u"-npapi", u"-activex", u"-source", u"8"}));
+  EXPECT_EQ(options.mode, HostOptions::Mode::Conflicts);
+  EXPECT_EQ(options.flags, 16u | 8u);
+  EXPECT_EQ(options.installSource, 8u);
+}
+
+TEST(HostOptions, UninstallTakesTheKindsAndTheSystemFilesDirectory) {
+  HostOptions options;
+  ASSERT_TRUE(options.Parse({u"-uninstall", u"-activex", u"-ppapi", u"-directory", u"C:\\Windows\\SysWOW64"}));
+  EXPECT_EQ(options.mode, HostOptions::Mode::Uninstall);
+  EXPECT_EQ(options.flags, 8u | 32768u);
+  EXPECT_EQ(options.directory, u"C:\\Windows\\SysWOW64");
+  // The entry switch of -install is a switch of its own.
+  HostOptions entry;
+  ASSERT_TRUE(entry.Parse({u"-uninstall-entry"}));
+  EXPECT_EQ(entry.mode, HostOptions::Mode::Lists);
+}
+
 TEST(HostOptions, BadInputIsOneLineOfError) {
   struct Case {
     std::vector<std::u16string> args;
@@ -54,7 +74,10 @@ TEST(HostOptions, BadInputIsOneLineOfError) {
                              "-install needs a kind: -activex, -npapi or -ppapi"},
                         Case{{u"-install", u"-npapi", u"-player", u"p"},
                              "-install needs -player PATH and -uninstaller PATH"},
-                        Case{{u"-install", u"-npapi", u"-uninstaller"}, "missing argument after -uninstaller"}}) {
+                        Case{{u"-install", u"-npapi", u"-uninstaller"}, "missing argument after -uninstaller"},
+                        Case{{u"-conflicts", u"-release"}, "-conflicts needs a kind: -activex, -npapi or -ppapi"},
+                        Case{{u"-uninstall", u"-directory", u"D"}, "-uninstall needs a kind: -activex, -npapi or -ppapi"},
+                        Case{{u"-uninstall", u"-npapi"}, "-uninstall needs -directory DIR"}}) {
     HostOptions options;
     EXPECT_FALSE(options.Parse(c.args));
     EXPECT_EQ(options.error, c.error);

@@ -103,3 +103,28 @@ TEST(RegistryKeyFamilies, DeletingTheOldClassKeysTouchesEveryMachineNameInOrder)
 }
 
 }  // namespace
+
+namespace {
+
+int Sign(const char* a, const char* b) { return RegistryKeyFamilies::CompareNames(a, b); }
+
+TEST(RegistryKeyFamiliesCompareNames, NumbersCompareByValueAndSortAfterWords) {
+  EXPECT_GT(Sign("10", "9"), 0);
+  EXPECT_LT(Sign("9", "10"), 0);
+  EXPECT_GT(Sign("9", "abc"), 0);
+  EXPECT_LT(Sign("abc", "9"), 0);
+  EXPECT_EQ(Sign("007", "7"), 0);
+  // Digits of any length are still compared by value.
+  EXPECT_LT(Sign("99999999999999999999998", "99999999999999999999999"), 0);
+}
+
+TEST(RegistryKeyFamiliesCompareNames, EmptyNameCountsAsANumberAndWordsCompareByteForByte) {
+  EXPECT_GT(Sign("", "abc"), 0);
+  EXPECT_LT(Sign("", "0001"), 0);
+  EXPECT_LT(Sign("B", "a"), 0);
+  EXPECT_LT(Sign("a1", "a2"), 0);
+  EXPECT_LT(Sign("abc", "\xC3\xA9"), 0);  // bytes above 127 sort last
+  EXPECT_EQ(Sign("TypeLib", "TypeLib"), 0);
+}
+
+}  // namespace

@@ -93,16 +93,20 @@ TEST_F(BrokerServerTest, DispatchByNameReachesTheVtableThroughTheSecondGeneratio
   ComPtr<IDispatch> dispatch;
   ASSERT_EQ(broker->QueryInterface(IID_IDispatch, dispatch.receiveVoid()), S_OK);
 
-  OLECHAR* name[] = {const_cast<OLECHAR*>(L"BrokerDelayScreensaver")};
+  OLECHAR* name[] = {const_cast<OLECHAR*>(L"BrokerCloseHandle")};
   DISPID id = 0;
   ASSERT_EQ(dispatch->GetIDsOfNames(IID_NULL, name, 1, 0, &id), S_OK);
-  EXPECT_EQ(id, 0x60030000);
-  DISPPARAMS none{};
+  EXPECT_EQ(id, 0x60020001);
+  VARIANTARG cookie;
+  VariantInit(&cookie);
+  cookie.vt = VT_UI4;
+  cookie.ulVal = 0x7777;
+  DISPPARAMS arguments{&cookie, nullptr, 1, 0};
   EXCEPINFO exception{};
-  HRESULT result = dispatch->Invoke(id, IID_NULL, 0, DISPATCH_METHOD, &none, nullptr, &exception, nullptr);
-  // The method's own failure comes back as an exception carrying its code.
+  HRESULT result = dispatch->Invoke(id, IID_NULL, 0, DISPATCH_METHOD, &arguments, nullptr, &exception, nullptr);
+  // The method's own failure, an unknown cookie, comes back as an exception carrying its code.
   EXPECT_EQ(result, DISP_E_EXCEPTION);
-  EXPECT_EQ(exception.scode, E_NOTIMPL);
+  EXPECT_EQ(exception.scode, static_cast<SCODE>(0x80070057));
   SysFreeString(exception.bstrSource);
   SysFreeString(exception.bstrDescription);
   SysFreeString(exception.bstrHelpFile);

@@ -11,6 +11,7 @@
 #include "engine/win32/Dinput8DllHelper.h"
 #include "engine/win32/Edpwin32DllHelper.h"
 #include "engine/win32/Kernel32DllHelper.h"
+#include "engine/win32/PsapiDllHelper.h"
 #include "engine/win32/Shell32DllHelper.h"
 #include "engine/win32/SrpapiDllHelper.h"
 #include "engine/win32/User32DllHelper.h"
@@ -38,7 +39,7 @@ std::wstring ModuleFile(HMODULE module) {
 template <typename Helper>
 class PresentLibraryHelper : public ::testing::Test {};
 using PresentHelpers = ::testing::Types<Kernel32DllHelper, User32DllHelper, Advapi32DllHelper, VersionDllHelper,
-                                        Shell32DllHelper, Dinput8DllHelper>;
+                                        Shell32DllHelper, Dinput8DllHelper, PsapiDllHelper>;
 TYPED_TEST_SUITE(PresentLibraryHelper, PresentHelpers);
 
 TYPED_TEST(PresentLibraryHelper, LoadsFromTheSystemDirectoryAndBindsItsWholeTable) {

@@ -22,6 +22,8 @@ class HelperProcess {
 
   // "hold PATH": the helper opens the file for reading, sharing reading only.
   bool Hold(const std::wstring& path) { return Start(BuiltPath(), L"hold \"" + path + L"\""); }
+  // "load PATH": the helper keeps the library at PATH loaded.
+  bool Load(const std::wstring& path) { return Start(BuiltPath(), L"load \"" + path + L"\""); }
   // "wait" from the executable at imagePath: a process that only runs.
   bool Run(const std::wstring& imagePath) { return Start(imagePath, L"wait"); }
   DWORD Id() const { return id_; }

@@ -3,6 +3,8 @@
 
 #include "engine/win32/WindowsApi.h"
 
+#include <winternl.h>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -10,6 +12,7 @@
 #include <string>
 
 #include "engine/LumenBrokerShim.h"
+#include "engine/win32/ScopedHandle.h"
 #include "engine/win32/WideText.h"
 #include "engine/win32/Win32Platform.h"
 #include "host/ReferenceHost.h"
@@ -84,6 +87,70 @@ TEST(Win32Processes, RunningExplorerRestartsTheUtilityInItsUserContext) {
   DeleteFileW(marker.c_str());
   DeleteFileW(browser.c_str());
   DeleteFileW(utility.c_str());
+}
+
+TEST(Win32Processes, ListingIsOneCallToldItsBytes) {
+  Win32Processes processes;
+  std::vector<uint32_t> ids;
+  ASSERT_EQ(processes.ListProcessIds(1024, ids), IProcesses::ListResult::kListed);
+  EXPECT_NE(std::find(ids.begin(), ids.end(), GetCurrentProcessId()), ids.end()) << "the prefix has few processes";
+  std::vector<uint32_t> two;
+  ASSERT_EQ(processes.ListProcessIds(8, two), IProcesses::ListResult::kListed);
+  EXPECT_EQ(two.size(), 2u);
+}
+
+// Handles this process holds, from the system's handle table (the handle count call answers 0 under Wine).
+size_t OwnHandleCount() {
+  using QueryFunction = LONG(WINAPI*)(ULONG informationClass, void* buffer, ULONG size, ULONG* returned);
+  auto query = reinterpret_cast<QueryFunction>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtQuerySystemInformation")));
+  constexpr ULONG kHandleInformation = 16;
+  constexpr LONG kLengthMismatch = static_cast<LONG>(0xC0000004);
+  std::vector<unsigned char> buffer(1 << 16);
+  ULONG returned = 0;
+  LONG status;
+  while ((status = query(kHandleInformation, buffer.data(), static_cast<ULONG>(buffer.size()), &returned)) ==
+         kLengthMismatch)
+    buffer.resize(buffer.size() * 2);
+  if (status != 0) return 0;
+  auto* table = reinterpret_cast<const SYSTEM_HANDLE_INFORMATION*>(buffer.data());
+  size_t own = 0;
+  for (ULONG i = 0; i < table->Count; ++i) own += table->Handle[i].OwnerPid == GetCurrentProcessId();
+  return own;
+}
+
+TEST(Win32Processes, ModulesOfAnotherProcessIncludeItsLibraryAndTheProcessStaysOpen) {
+  WineTest::TempTree tree;
+  std::wstring directory = TempDirectory(L"Modules");
+  std::wstring library = directory + L"\\HeldControl-" + std::to_wstring(GetCurrentProcessId()) + L".dll";
+  tree.Directory(directory);
+  std::wstring built = WineTest::BinaryDirectory() + L"\\lumen_test_control.dll";
+  ASSERT_TRUE(CopyFileW(built.c_str(), library.c_str(), FALSE));
+  {
+    WineTest::HelperProcess holder;
+    ASSERT_TRUE(holder.Load(library));
+    Win32Processes processes;
+    std::vector<std::u16string> paths;
+    size_t handlesBefore = OwnHandleCount();
+    ASSERT_TRUE(processes.ListModulePaths(holder.Id(), paths));
+    size_t handlesAfter = OwnHandleCount();
+    EXPECT_NE(std::find(paths.begin(), paths.end(), FromWide(library.c_str())), paths.end());
+    ASSERT_NE(handlesBefore, 0u);
+    EXPECT_EQ(handlesAfter, handlesBefore + 1) << "the listing leaves its process open";
+    std::vector<std::u16string> none;
+    EXPECT_FALSE(processes.ListModulePaths(0xFFFFFFF0u, none));
+  }
+  DeleteFileW(library.c_str());
+}
+
+TEST(Win32Processes, AWindowNamesItsProcessWhileItExists) {
+  Win32Processes processes;
+  HWND window = CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+  ASSERT_NE(window, nullptr);
+  EXPECT_EQ(processes.GetWindowProcessId(window), GetCurrentProcessId());
+  DestroyWindow(window);
+  EXPECT_EQ(processes.GetWindowProcessId(window), 0u);
+  EXPECT_EQ(processes.GetWindowProcessId(nullptr), 0u);
 }
 
 }  // namespace

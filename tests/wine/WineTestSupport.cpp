@@ -19,6 +19,12 @@ std::wstring SystemDirectory() {
   return std::wstring(buffer, n);
 }
 
+std::wstring WindowsDirectory() {
+  wchar_t buffer[MAX_PATH];
+  UINT n = GetWindowsDirectoryW(buffer, MAX_PATH);
+  return std::wstring(buffer, n);
+}
+
 std::wstring RoamingFolder() {
   wchar_t buffer[MAX_PATH];
   if (FAILED(SHGetFolderPathW(nullptr, CSIDL_APPDATA, nullptr, SHGFP_TYPE_CURRENT, buffer))) return L"";

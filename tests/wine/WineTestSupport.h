@@ -13,6 +13,7 @@ std::wstring BinaryDirectory();
 std::wstring ModulePath();
 // The real system directory and roaming folder of this prefix.
 std::wstring SystemDirectory();
+std::wstring WindowsDirectory();
 std::wstring RoamingFolder();
 
 // Creates directories and files on demand; removes what it created, deepest first.

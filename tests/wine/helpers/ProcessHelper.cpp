@@ -2,6 +2,8 @@
 //   lumen_process_helper hold PATH READY RELEASE  holds PATH open for reading, as a running
 //                                                  player holds its file, until RELEASE is set
 //   lumen_process_helper wait READY RELEASE        runs until RELEASE is set
+//   lumen_process_helper load PATH READY RELEASE   loads the library at PATH, as a program that
+//                                                  hosts the player does, until RELEASE is set
 //   lumen_process_helper -refreshIEElevationPolicies
 //                                                  writes its command line to its own path + ".ran"
 // READY and RELEASE name events the test created; each wait ends after a minute at most.
@@ -51,6 +53,13 @@ int wmain(int argc, wchar_t** argv) {
                                         FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!file) return kFailed;
     return WaitForRelease(argv[3], argv[4]);
+  }
+  if (argc == 5 && std::wcscmp(argv[1], L"load") == 0) {
+    HMODULE library = LoadLibraryW(argv[2]);
+    if (!library) return kFailed;
+    int result = WaitForRelease(argv[3], argv[4]);
+    FreeLibrary(library);
+    return result;
   }
   return kUsage;
 }

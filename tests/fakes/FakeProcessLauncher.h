@@ -1,0 +1,49 @@
+#pragma once
+// Commands for native tests: each run is recorded and answers the exit code
+// set for its command line (0 otherwise), or a start failure.
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engine/IProcessLauncher.h"
+
+namespace SASM {
+
+class FakeProcessLauncher : public IProcessLauncher {
+ public:
+  struct Run {
+    std::u16string commandLine;
+    uint32_t creationFlags;
+    uint32_t timeoutMs;
+    bool operator==(const Run&) const = default;
+  };
+  struct ShellRun {
+    std::u16string file;
+    std::u16string parameters;
+    bool operator==(const ShellRun&) const = default;
+  };
+
+  void SetExitCode(std::u16string commandLine, uint32_t exitCode) { exitCodes_[std::move(commandLine)] = exitCode; }
+  void FailStart(std::u16string commandLine, int32_t error) { startFailures_[std::move(commandLine)] = error; }
+  void FailShellExecute() { shellFails_ = true; }
+
+  const std::vector<Run>& Runs() const { return runs_; }
+  // Just the command lines, for the common expectation.
+  std::vector<std::u16string> CommandLines() const;
+  const std::vector<ShellRun>& ShellRuns() const { return shellRuns_; }
+
+  int32_t RunAndWait(std::u16string_view commandLine, uint32_t creationFlags, uint32_t timeoutMs,
+                     uint32_t& exitCode) override;
+  bool ShellExecuteAndWait(std::u16string_view file, std::u16string_view parameters) override;
+
+ private:
+  std::map<std::u16string, uint32_t> exitCodes_;
+  std::map<std::u16string, int32_t> startFailures_;
+  bool shellFails_ = false;
+  std::vector<Run> runs_;
+  std::vector<ShellRun> shellRuns_;
+};
+
+}  // namespace SASM

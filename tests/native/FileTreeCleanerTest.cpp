@@ -1,0 +1,134 @@
+#include "removal/FileTreeCleaner.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/native/RemovalTestWorld.h"
+
+using namespace SASM;
+
+namespace {
+
+constexpr uint64_t kSecond = 10000000;
+constexpr uint64_t kNow = 133500000000000000ull;
+
+class FileTreeCleanerTest : public ::testing::Test {
+ protected:
+  FileTreeCleanerTest() {
+    world_.system.SetFileTime(kNow);
+    world_.files.AddDirectory(u"C:\\Cache");
+  }
+  void File(const char16_t* path, uint64_t ageSeconds) {
+    world_.files.AddFile(path);
+    world_.files.SetLastWriteTime(path, kNow - ageSeconds * kSecond);
+  }
+  bool ByAge(uint32_t minAge, uint32_t maxAge, bool& emptied) {
+    return FileTreeCleaner(world_.GetPlatform()).DeleteFilesByAge(MString(u"C:\\Cache"), minAge, maxAge, emptied);
+  }
+  bool Exists(const char16_t* path) const { return world_.files.Exists(path); }
+
+  RemovalTestWorld world_;
+};
+
+TEST_F(FileTreeCleanerTest, OnlyFilesStrictlyBetweenTheAgesGo) {
+  File(u"C:\\Cache\\young.bin", 10);
+  File(u"C:\\Cache\\minimum.bin", 60);
+  File(u"C:\\Cache\\between.bin", 61);
+  File(u"C:\\Cache\\maximum.bin", 3600);
+  File(u"C:\\Cache\\ancient.bin", 7200);
+  bool emptied = true;
+  EXPECT_TRUE(ByAge(60, 3600, emptied));
+  EXPECT_FALSE(emptied);
+  EXPECT_TRUE(Exists(u"C:\\Cache\\young.bin"));
+  EXPECT_TRUE(Exists(u"C:\\Cache\\minimum.bin"));
+  EXPECT_FALSE(Exists(u"C:\\Cache\\between.bin"));
+  EXPECT_TRUE(Exists(u"C:\\Cache\\maximum.bin"));
+  EXPECT_TRUE(Exists(u"C:\\Cache\\ancient.bin"));
+}
+
+TEST_F(FileTreeCleanerTest, EmptiedFoldersGoAndAYoungFileKeepsItsFolders) {
+  File(u"C:\\Cache\\a\\b\\old.bin", 100);
+  File(u"C:\\Cache\\c\\old.bin", 100);
+  File(u"C:\\Cache\\c\\d\\now.bin", 0);  // a minimum of 0 doesn't reach the current instant
+  bool emptied = true;
+  EXPECT_TRUE(ByAge(0, 1000, emptied));
+  EXPECT_FALSE(emptied);
+  EXPECT_FALSE(Exists(u"C:\\Cache\\a"));
+  EXPECT_FALSE(Exists(u"C:\\Cache\\c\\old.bin"));
+  EXPECT_TRUE(Exists(u"C:\\Cache\\c\\d\\now.bin"));
+}
+
+TEST_F(FileTreeCleanerTest, TimeAndSearchFailuresAnswerFalse) {
+  bool emptied = false;
+  EXPECT_TRUE(ByAge(0, 1000, emptied));
+  EXPECT_TRUE(emptied);
+  world_.files.FailPath(u"C:\\Cache", 5);
+  EXPECT_FALSE(ByAge(0, 1000, emptied));
+  world_.system.SetFileTime(0);
+  EXPECT_FALSE(ByAge(0, 1000, emptied));
+}
+
+TEST_F(FileTreeCleanerTest, UnsearchableSubfolderCountsAsSomethingLeft) {
+  File(u"C:\\Cache\\locked\\old.bin", 100);
+  world_.files.FailPath(u"C:\\Cache\\locked", 5);
+  bool emptied = true;
+  EXPECT_TRUE(ByAge(0, 1000, emptied));
+  EXPECT_FALSE(emptied);
+}
+
+TEST_F(FileTreeCleanerTest, Utf8FormRemovesTheEmptiedDirectoryToo) {
+  world_.files.AddDirectory(u"C:\\Caf\u00E9");
+  File(u"C:\\Caf\u00E9\\old.bin", 100);
+  bool emptied = false;
+  EXPECT_TRUE(FileTreeCleaner(world_.GetPlatform()).DeleteFilesByAgeUtf8("C:\\Caf\xC3\xA9", 0, 1000, emptied));
+  EXPECT_TRUE(emptied);
+  EXPECT_FALSE(Exists(u"C:\\Caf\u00E9"));
+  EXPECT_FALSE(FileTreeCleaner(world_.GetPlatform()).DeleteFilesByAgeUtf8(nullptr, 0, 1000, emptied));
+}
+
+TEST_F(FileTreeCleanerTest, DeleteTreeRemovesEverythingAndTheDirectory) {
+  File(u"C:\\Cache\\a\\b\\x.bin", 1);
+  File(u"C:\\Cache\\y.bin", 1);
+  EXPECT_TRUE(FileTreeCleaner(world_.GetPlatform()).DeleteTree(MString(u"C:\\Cache")));
+  EXPECT_FALSE(Exists(u"C:\\Cache"));
+}
+
+TEST_F(FileTreeCleanerTest, DeleteTreeFailsWhenTheDirectoryStays) {
+  world_.files.AddFile(u"C:\\Cache\\held.bin", "", FileAttribute::kReadOnly);
+  EXPECT_FALSE(FileTreeCleaner(world_.GetPlatform()).DeleteTree(MString(u"C:\\Cache")));
+  EXPECT_TRUE(Exists(u"C:\\Cache\\held.bin"));
+}
+
+// A file system whose removal of one folder answers an error after the folder went.
+class ComplainingFileSystem : public FakeFileSystem {
+ public:
+  int32_t RemoveDirectory(std::u16string_view path) override {
+    int32_t result = FakeFileSystem::RemoveDirectory(path);
+    return path == complainAbout ? 5 : result;
+  }
+  std::u16string complainAbout;
+};
+
+TEST_F(FileTreeCleanerTest, DeleteTreeAnswersWithTheLastSubdirectoryOnly) {
+  ComplainingFileSystem files;
+  files.AddDirectory(u"C:\\Tree\\a");
+  files.AddDirectory(u"C:\\Tree\\b");
+  Platform platform = world_.GetPlatform();
+  platform.files = &files;
+  FileTreeCleaner cleaner(platform);
+  // Kept as it stands: a later subdirectory's answer overwrites an earlier one.
+  files.complainAbout = u"C:\\Tree\\a";
+  EXPECT_TRUE(cleaner.DeleteTree(MString(u"C:\\Tree")));
+  files.AddDirectory(u"C:\\Tree\\a");
+  files.AddDirectory(u"C:\\Tree\\b");
+  files.complainAbout = u"C:\\Tree\\b";
+  EXPECT_FALSE(cleaner.DeleteTree(MString(u"C:\\Tree")));
+}
+
+TEST_F(FileTreeCleanerTest, DeleteTreeDoesNotSearchAPathBeyondItsRoom) {
+  std::u16string deep = u"C:\\" + std::u16string(256, u'd');
+  world_.files.AddFile(deep + u"\\x.bin");
+  EXPECT_FALSE(FileTreeCleaner(world_.GetPlatform()).DeleteTree(MString(std::u16string_view(deep))));
+  EXPECT_TRUE(Exists((deep + u"\\x.bin").c_str()));
+}
+
+}  // namespace

@@ -1,0 +1,308 @@
+// The file family through COM against the live server, as a sandboxed player
+// reaches it: real files under the player's folders, written, sniffed, read
+// back, listed, moved and refused.
+#include "engine/win32/WindowsApi.h"
+
+#include "LumenBroker_h.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "engine/win32/ComPtr.h"
+#include "engine/win32/ScopedBstr.h"
+#include "engine/win32/ScopedHandle.h"
+#include "engine/win32/ScopedSafeArray.h"
+#include "tests/wine/LiveBrokerTest.h"
+#include "tests/wine/WineTestSupport.h"
+
+using namespace SASM;
+
+namespace {
+
+constexpr HRESULT kFailure = static_cast<HRESULT>(0x80004005);
+constexpr HRESULT kDenied = static_cast<HRESULT>(0x80070005);
+constexpr HRESULT kBadArgument = static_cast<HRESULT>(0x80070057);
+constexpr HRESULT kNoMoreFiles = static_cast<HRESULT>(0x80070012);
+constexpr HRESULT kAlreadyExists = static_cast<HRESULT>(0x800700B7);
+
+std::string Pattern(size_t size) {
+  std::string bytes(size, '\0');
+  for (size_t i = 0; i < size; ++i) bytes[i] = static_cast<char>((i * 7 + i / 251) & 0xFF);
+  return bytes;
+}
+
+// A small Portable Executable image: "MZ", the header's offset at 60, "PE\0\0" there.
+std::string Image() {
+  std::string bytes(0x400, '\x90');
+  bytes.replace(0, 2, "MZ");
+  bytes.replace(60, 4, std::string("\x80\0\0\0", 4));
+  bytes.replace(0x80, 4, std::string("PE\0\0", 4));
+  return bytes;
+}
+
+ScopedSafeArray ByteArray(const std::string& bytes) {
+  ScopedSafeArray array(SafeArrayCreateVector(VT_UI1, 0, static_cast<ULONG>(bytes.size())));
+  void* data = nullptr;
+  if (array && SUCCEEDED(SafeArrayAccessData(array.get(), &data))) {
+    if (!bytes.empty()) std::memcpy(data, bytes.data(), bytes.size());
+    SafeArrayUnaccessData(array.get());
+  }
+  return array;
+}
+
+std::string BytesOf(SAFEARRAY* array) {
+  void* data = nullptr;
+  if (!array || FAILED(SafeArrayAccessData(array, &data))) return {};
+  std::string bytes(static_cast<const char*>(data), array->rgsabound[0].cElements);
+  SafeArrayUnaccessData(array);
+  return bytes;
+}
+
+bool Exists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
+
+std::string Contents(const std::wstring& path) {
+  ScopedHandle file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+  std::string bytes(GetFileSize(file.get(), nullptr), '\0');
+  DWORD read = 0;
+  if (!bytes.empty()) ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr);
+  bytes.resize(read);
+  return bytes;
+}
+
+// One client of a fresh server, a working directory under the player data
+// root, and a record of every file the server may have made there.
+class BrokerFileMethodsLive : public WineTest::LiveBrokerTest {
+ protected:
+  void SetUp() override {
+    LiveBrokerTest::SetUp();
+    tree_.Directory(Data());
+    ASSERT_EQ(Activate(broker_), S_OK);
+  }
+  void TearDown() override {
+    broker_.reset();
+    LiveBrokerTest::TearDown();
+    // Writes through the broker leave the internet zone mark beside the file.
+    for (const std::wstring& path : made_) {
+      DeleteFileW((path + L":Zone.Identifier").c_str());
+      DeleteFileW(path.c_str());
+    }
+  }
+
+  static std::wstring Data() { return WineTest::RoamingFolder() + L"\\Halcyonics\\Lumen Player\\FileFamily"; }
+  // A path the server may create; it is removed when the test ends.
+  std::wstring Made(const std::wstring& path) {
+    made_.push_back(path);
+    return path;
+  }
+
+  ULONG Create(const std::wstring& path, LONG readOnly, LONG truncate, HRESULT* result) {
+    ScopedBstr name(path.c_str());
+    ULONG cookie = 0xDEAD;
+    *result = broker_->BrokerCreateFile(name.get(), readOnly, truncate, &cookie);
+    return cookie;
+  }
+  HRESULT Write(ULONG cookie, const std::string& bytes, ULONG* written = nullptr) {
+    ULONG count = 0;
+    HRESULT result = broker_->BrokerWriteFile(cookie, ByteArray(bytes).get(), &count);
+    if (written) *written = count;
+    return result;
+  }
+  // The array as it came back, and how many of its bytes count.
+  HRESULT Read(ULONG cookie, ULONG length, std::string& bytes, ULONG& read) {
+    ScopedSafeArray array;
+    read = 0xDEAD;
+    HRESULT result = broker_->BrokerReadFile(cookie, length, &read, array.receive());
+    bytes = BytesOf(array.get());
+    return result;
+  }
+
+  ComPtr<ILumenBroker6> broker_;
+  WineTest::TempTree tree_;
+  std::vector<std::wstring> made_;
+};
+
+}  // namespace
+
+TEST_F(BrokerFileMethodsLive, AFileWrittenUnderThePlayerDataRootReadsBackByteForByte) {
+  const std::wstring path = Made(Data() + L"\\stream.dat");
+  const std::string content = Pattern(3 * 65536 + 1234);
+  HRESULT result = E_FAIL;
+  ULONG writer = Create(path, 0, 1, &result);
+  ASSERT_EQ(result, S_OK);
+  ASSERT_NE(writer, 0u);
+  for (size_t at = 0; at < content.size(); at += 65536) {
+    ULONG written = 0;
+    ASSERT_EQ(Write(writer, content.substr(at, 65536), &written), S_OK);
+    EXPECT_EQ(written, std::min<size_t>(65536, content.size() - at));
+  }
+  EXPECT_EQ(broker_->BrokerCloseHandle(writer), S_OK);
+
+  ULONG reader = Create(path, 1, 0, &result);
+  ASSERT_EQ(result, S_OK);
+  std::string bytes;
+  ULONG read = 0;
+  // The array keeps the length asked for; the count says how much of it is the file.
+  ASSERT_EQ(Read(reader, static_cast<ULONG>(content.size() + 16), bytes, read), S_OK);
+  EXPECT_EQ(read, content.size());
+  ASSERT_EQ(bytes.size(), content.size() + 16);
+  EXPECT_TRUE(bytes.compare(0, content.size(), content) == 0);
+  EXPECT_EQ(Read(reader, 0, bytes, read), S_OK);
+  EXPECT_EQ(read, 0u);
+  EXPECT_TRUE(bytes.empty());
+
+  ULONG position = 0;
+  EXPECT_EQ(broker_->BrokerSetFilePointer(reader, 70000, FILE_BEGIN, &position), S_OK);
+  EXPECT_EQ(position, 70000u);
+  ASSERT_EQ(Read(reader, 8, bytes, read), S_OK);
+  EXPECT_EQ(bytes, content.substr(70000, 8));
+  EXPECT_EQ(broker_->BrokerCloseHandle(reader), S_OK);
+
+  ScopedBstr name(path.c_str());
+  ULONG attributes = 0, c1, c2, a1, a2, w1, w2, sizeLow = 0, sizeHigh = 7;
+  ASSERT_EQ(
+      broker_->BrokerGetFileAttributesEx(name.get(), &attributes, &c1, &c2, &a1, &a2, &w1, &w2, &sizeLow, &sizeHigh),
+      S_OK);
+  EXPECT_EQ(attributes & FILE_ATTRIBUTE_DIRECTORY, 0u);
+  EXPECT_EQ(sizeLow, content.size());
+  EXPECT_EQ(sizeHigh, 0u);
+  EXPECT_EQ(Contents(path), content);
+  EXPECT_EQ(broker_->BrokerDeleteFile(name.get()), S_OK);
+  EXPECT_FALSE(Exists(path));
+}
+
+TEST_F(BrokerFileMethodsLive, OutsideTheRootsAWriteIsDeniedADeleteFailsPlainlyAndAReadIsServed) {
+  WineTest::TempTree outside;
+  const std::wstring kept = L"C:\\LumenFileFamilyOutside\\kept.dat";
+  outside.File(kept, "not yours");
+  const std::wstring fresh = Made(L"C:\\LumenFileFamilyOutside\\fresh.dat");
+
+  HRESULT result = S_OK;
+  EXPECT_EQ(Create(fresh, 0, 0, &result), 0u);
+  EXPECT_EQ(result, kDenied);
+  EXPECT_FALSE(Exists(fresh));
+  ScopedBstr name(kept.c_str());
+  EXPECT_EQ(broker_->BrokerDeleteFile(name.get()), kFailure);
+  EXPECT_TRUE(Exists(kept));
+
+  // Reading needs no policy: the server opens what its own rights allow.
+  ULONG reader = Create(kept, 1, 0, &result);
+  ASSERT_EQ(result, S_OK);
+  std::string bytes;
+  ULONG read = 0;
+  EXPECT_EQ(Read(reader, 64, bytes, read), S_OK);
+  EXPECT_EQ(bytes.substr(0, read), "not yours");
+  EXPECT_EQ(broker_->BrokerCloseHandle(reader), S_OK);
+}
+
+TEST_F(BrokerFileMethodsLive, AnImageSentInOneWriteIsRefusedAndItsFileIsGone) {
+  const std::wstring path = Made(Data() + L"\\plugin.dll");
+  HRESULT result = E_FAIL;
+  ULONG writer = Create(path, 0, 1, &result);
+  ASSERT_EQ(result, S_OK);
+  ULONG written = 99;
+  EXPECT_EQ(Write(writer, Image(), &written), kFailure);
+  EXPECT_EQ(written, 0u);
+  EXPECT_FALSE(Exists(path));
+  // The cookie outlives its file; closing it is still the client's to do.
+  EXPECT_EQ(broker_->BrokerCloseHandle(writer), S_OK);
+}
+
+TEST_F(BrokerFileMethodsLive, AnImageSentAsSixtyFourBytesThenTheRestIsStored) {
+  const std::wstring path = Made(Data() + L"\\plugin.dll");
+  const std::string image = Image();
+  HRESULT result = E_FAIL;
+  ULONG writer = Create(path, 0, 1, &result);
+  ASSERT_EQ(result, S_OK);
+  EXPECT_EQ(Write(writer, image.substr(0, 64)), S_OK);
+  EXPECT_EQ(Write(writer, image.substr(64)), S_OK);
+  EXPECT_EQ(broker_->BrokerCloseHandle(writer), S_OK);
+  EXPECT_EQ(Contents(path), image);
+}
+
+TEST_F(BrokerFileMethodsLive, FindListsADirectoryUnderTheRoamingRoot) {
+  const std::wstring listed = WineTest::RoamingFolder() + L"\\LumenFileFamilyFind";
+  WineTest::TempTree tree;
+  tree.File(listed + L"\\a.txt", "a");
+  tree.File(listed + L"\\b.sol", "b");
+  tree.Directory(listed + L"\\sub");
+
+  ScopedBstr pattern((listed + L"\\*").c_str());
+  ScopedBstr leaf;
+  ULONG attributes = 0, cookie = 0;
+  ASSERT_EQ(broker_->BrokerFindFirstFile(pattern.get(), leaf.receive(), &attributes, &cookie), S_OK);
+  ASSERT_NE(cookie, 0u);
+  std::set<std::wstring> names;
+  std::set<std::wstring> directories;
+  HRESULT result = S_OK;
+  for (int guard = 0; result == S_OK && guard < 16; ++guard) {
+    names.insert(leaf.get());
+    if (attributes & FILE_ATTRIBUTE_DIRECTORY) directories.insert(leaf.get());
+    result = broker_->BrokerFindNextFile(cookie, leaf.receive(), &attributes);
+  }
+  EXPECT_EQ(result, kNoMoreFiles);
+  EXPECT_EQ(names, (std::set<std::wstring>{L".", L"..", L"a.txt", L"b.sol", L"sub"}));
+  EXPECT_EQ(directories, (std::set<std::wstring>{L".", L"..", L"sub"}));
+  EXPECT_EQ(broker_->BrokerFindClose(cookie), S_OK);
+  EXPECT_EQ(broker_->BrokerFindClose(cookie), kBadArgument);
+
+  ScopedBstr elsewhere(L"C:\\*");
+  EXPECT_EQ(broker_->BrokerFindFirstFile(elsewhere.get(), leaf.receive(), &attributes, &cookie), kDenied);
+}
+
+TEST_F(BrokerFileMethodsLive, ClosingACookieTwiceGivesSuccessThenBadArgument) {
+  const std::wstring path = Made(Data() + L"\\twice.sol");
+  HRESULT result = E_FAIL;
+  ULONG cookie = Create(path, 0, 0, &result);
+  ASSERT_EQ(result, S_OK);
+  EXPECT_EQ(broker_->BrokerCloseHandle(cookie), S_OK);
+  EXPECT_EQ(broker_->BrokerCloseHandle(cookie), kBadArgument);
+}
+
+TEST_F(BrokerFileMethodsLive, MovesRefuseFlagSixteenAndOtherwiseMoveAFileWithinTheRoot) {
+  WineTest::TempTree tree;
+  const std::wstring from = Data() + L"\\from.sol";
+  tree.File(from, "moving");
+  const std::wstring to = Made(Data() + L"\\to.sol");
+  ScopedBstr oldName(from.c_str());
+  ScopedBstr newName(to.c_str());
+  EXPECT_EQ(broker_->BrokerMoveFileEx(oldName.get(), newName.get(), 0x10), kFailure);
+  EXPECT_TRUE(Exists(from));
+  EXPECT_EQ(broker_->BrokerMoveFileEx(oldName.get(), newName.get(), MOVEFILE_REPLACE_EXISTING), S_OK);
+  EXPECT_FALSE(Exists(from));
+  EXPECT_EQ(Contents(to), "moving");
+}
+
+TEST_F(BrokerFileMethodsLive, DirectoriesAreMadeOnceAndRemoved) {
+  const std::wstring directory = Data() + L"\\made";
+  ScopedBstr name(directory.c_str());
+  ASSERT_EQ(broker_->BrokerCreateDirectory(name.get()), S_OK);
+  EXPECT_EQ(broker_->BrokerCreateDirectory(name.get()), kAlreadyExists);
+  EXPECT_EQ(broker_->BrokerRemoveDirectory(name.get()), S_OK);
+  EXPECT_FALSE(Exists(directory));
+}
+
+TEST_F(BrokerFileMethodsLive, WithoutEnterpriseServicesTheAuditedOpenIsThePlainReadOpen) {
+  WineTest::TempTree tree;
+  const std::wstring path = Data() + L"\\report.sol";
+  tree.File(path, "quarterly");
+  ScopedBstr name(path.c_str());
+  ScopedBstr url(L"https://upload.example/form");
+  ULONG cookie = 0;
+  ASSERT_EQ(broker_->BrokerOpenFileWithAuditingInfo(name.get(), url.get(), 0, &cookie), S_OK);
+  std::string bytes;
+  ULONG read = 0;
+  EXPECT_EQ(Read(cookie, 64, bytes, read), S_OK);
+  EXPECT_EQ(bytes.substr(0, read), "quarterly");
+  EXPECT_EQ(broker_->BrokerCloseHandle(cookie), S_OK);
+
+  ScopedBstr missing((Data() + L"\\missing.sol").c_str());
+  cookie = 0xDEAD;
+  EXPECT_EQ(broker_->BrokerOpenFileWithAuditingInfo(missing.get(), url.get(), 0, &cookie),
+            static_cast<HRESULT>(0x80070002));
+  EXPECT_EQ(cookie, 0u);
+  EXPECT_EQ(broker_->BrokerMarkFileUnsafe(nullptr, url.get(), nullptr), kBadArgument);
+}

@@ -1,0 +1,181 @@
+// The conflict search over the prefix's real processes, through the shim.
+#include "removal/ConflictingProcesses.h"
+
+#include "engine/win32/WindowsApi.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "engine/LumenBrokerShim.h"
+#include "engine/win32/ScopedHandle.h"
+#include "engine/win32/WideText.h"
+#include "engine/win32/Win32Platform.h"
+#include "host/ReferenceHost.h"
+#include "tests/wine/HelperProcess.h"
+#include "tests/wine/WineTestSupport.h"
+
+using namespace SASM;
+
+namespace {
+
+constexpr wchar_t kPluginKey[] = L"Software\\Halcyonics\\LumenPlayerPlugin";
+
+std::wstring Unique(const wchar_t* stem, const wchar_t* extension) {
+  return stem + std::to_wstring(GetCurrentProcessId()) + extension;
+}
+
+std::wstring Lower(std::wstring text) {
+  CharLowerBuffW(text.data(), static_cast<DWORD>(text.size()));
+  return text;
+}
+
+std::optional<std::wstring> ReadText(HKEY root, const wchar_t* key, const wchar_t* name) {
+  wchar_t buffer[1024] = {};
+  DWORD size = sizeof(buffer) - sizeof(wchar_t);
+  if (RegGetValueW(root, key, name, RRF_RT_REG_SZ, nullptr, buffer, &size) != ERROR_SUCCESS) return std::nullopt;
+  return std::wstring(buffer);
+}
+
+std::optional<std::wstring> StoredList() {
+  return ReadText(HKEY_CURRENT_USER, ToWide(ConflictingProcesses::kStoreKey).c_str(),
+                  ToWide(ConflictingProcesses::kStoreValue).c_str());
+}
+
+// Registers a player file as the installed NPAPI kind and puts back what was there.
+class InstalledPlugin {
+ public:
+  InstalledPlugin() : player_(Read(L"PlayerPath")), uninstaller_(Read(L"UninstallerPath")) {
+    HKEY key = nullptr;
+    keyExisted_ = RegOpenKeyExW(HKEY_LOCAL_MACHINE, kPluginKey, 0, KEY_READ, &key) == ERROR_SUCCESS;
+    if (keyExisted_) RegCloseKey(key);
+  }
+  ~InstalledPlugin() {
+    Restore(L"PlayerPath", player_);
+    Restore(L"UninstallerPath", uninstaller_);
+    if (!keyExisted_) RegDeleteKeyW(HKEY_LOCAL_MACHINE, kPluginKey);
+  }
+  bool Register(const std::wstring& playerPath) {
+    return Write(L"PlayerPath", playerPath) && Write(L"UninstallerPath", L"C:\\Lumen\\LumenUtil_Plugin.exe");
+  }
+
+ private:
+  static std::optional<std::wstring> Read(const wchar_t* name) {
+    return ReadText(HKEY_LOCAL_MACHINE, kPluginKey, name);
+  }
+  static bool Write(const wchar_t* name, const std::wstring& text) {
+    return RegSetKeyValueW(HKEY_LOCAL_MACHINE, kPluginKey, name, REG_SZ, text.c_str(),
+                           static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))) == ERROR_SUCCESS;
+  }
+  static void Restore(const wchar_t* name, const std::optional<std::wstring>& saved) {
+    if (saved) {
+      Write(name, *saved);
+    } else {
+      RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, kPluginKey, name);
+    }
+  }
+  std::optional<std::wstring> player_;
+  std::optional<std::wstring> uninstaller_;
+  bool keyExisted_ = false;
+};
+
+class ConflictingProcessesTest : public ::testing::Test {
+ protected:
+  ConflictingProcessesTest() : directory_(TempDirectory()) { tree_.Directory(directory_); }
+  ~ConflictingProcessesTest() override {
+    if (host_) host_->shim = nullptr;
+    for (const std::wstring& copy : copies_) DeleteFileW(copy.c_str());
+  }
+
+  static std::wstring TempDirectory() {
+    wchar_t temp[MAX_PATH];
+    GetTempPathW(MAX_PATH, temp);
+    return std::wstring(temp) + L"LumenUtilTests\\Conflicts";
+  }
+
+  // A copy that goes when the test ends.
+  std::wstring Copy(const std::wstring& from, const std::wstring& name) {
+    std::wstring to = directory_ + L"\\" + name;
+    EXPECT_TRUE(CopyFileW(from.c_str(), to.c_str(), FALSE));
+    copies_.push_back(to);
+    return to;
+  }
+
+  LumenBrokerShim& Start(const std::wstring& settings) {
+    host_ = std::make_unique<ReferenceHost>(HostOptions{}, MString(FromWide(settings.c_str())));
+    shim_.reset(StartShim(host_.get(), Win32Platform()));
+    host_->shim = shim_.get();
+    return *shim_;
+  }
+
+  // "key=shown" of the entry with this key, or empty.
+  static std::string EntryOf(const MStringList& list, const std::wstring& key) {
+    for (auto* node = list.head; node; node = node->next) {
+      if (node->key.View() == FromWide(key.c_str())) return node->key.ToUtf8() + "=" + node->value.ToUtf8();
+    }
+    return "";
+  }
+
+  std::wstring directory_;
+  WineTest::TempTree tree_;
+  std::vector<std::wstring> copies_;
+  std::unique_ptr<ReferenceHost> host_;
+  std::unique_ptr<LumenBrokerShim> shim_;
+};
+
+TEST_F(ConflictingProcessesTest, AProgramHoldingTheInstalledPlayerIsFoundByItsModulesAndShownByItsFriendlyName) {
+  std::wstring player = Copy(WineTest::BinaryDirectory() + L"\\lumen_test_control.dll", Unique(L"NPLumen-", L".dll"));
+  InstalledPlugin installed;
+  ASSERT_TRUE(installed.Register(player));
+  LumenBrokerShim& shim =
+      Start(L"FriendlyProcessNames { lumen_process_helper \"Player Host\"; }; Host { ConflictCheckIsOptional 0; }");
+  WineTest::HelperProcess holder;
+  ASSERT_TRUE(holder.Load(player));
+  std::unique_ptr<MStringList> found(shim.FindConflicts(16));
+  ASSERT_NE(found, nullptr);
+  EXPECT_EQ(EntryOf(*found, L"lumen_process_helper"), "lumen_process_helper=Player Host");
+}
+
+TEST_F(ConflictingProcessesTest, ARunningBrowserIsFoundByItsFullPath) {
+  std::wstring browser = Copy(WineTest::HelperProcess::BuiltPath(), L"seamonkey.exe");
+  LumenBrokerShim& shim = Start(L"");
+  {
+    WineTest::HelperProcess running;
+    ASSERT_TRUE(running.Run(browser));
+    EXPECT_TRUE(shim.FindDefaultBrowser());
+    EXPECT_EQ(Lower(ToWide(shim.browserName.View())), Lower(browser));
+  }
+  EXPECT_FALSE(shim.FindDefaultBrowser()) << "no browser runs any more";
+}
+
+TEST_F(ConflictingProcessesTest, TheActiveXHelperIsEndedButNotListed) {
+  std::wstring helperName = Unique(L"LumenHelper-", L".exe");
+  std::wstring helper = Copy(WineTest::HelperProcess::BuiltPath(), helperName);
+  LumenBrokerShim& shim = Start(L"Host { ActiveXFiles LumenCtrl.ocx " + helperName +
+                                L"; PayloadPath \"C:\\Setup\\payload.exe\"; }");
+  WineTest::HelperProcess running;
+  ASSERT_TRUE(running.Run(helper));
+  ScopedHandle process(OpenProcess(SYNCHRONIZE | PROCESS_QUERY_LIMITED_INFORMATION, FALSE, running.Id()));
+  ASSERT_TRUE(process);
+  std::unique_ptr<MStringList> found(shim.FindConflicts(8));
+  ASSERT_NE(found, nullptr);
+  EXPECT_EQ(EntryOf(*found, Lower(helperName.substr(0, helperName.size() - 4))), "");
+  ASSERT_EQ(WaitForSingleObject(process.get(), 10000), WAIT_OBJECT_0);
+  DWORD code = 1;
+  GetExitCodeProcess(process.get(), &code);
+  EXPECT_EQ(code, 0u);
+}
+
+TEST_F(ConflictingProcessesTest, AStoredListIsFoundOnceThenGone) {
+  LumenBrokerShim& shim = Start(L"PluginConflicts { lumen_wine_tests \"Wine Suite\"; }; "
+                                L"Host { ConflictCheckIsOptional 1; RestartRequired 1; }");
+  ASSERT_TRUE(shim.StoreConflicts(16));
+  EXPECT_EQ(StoredList(), std::optional<std::wstring>(L"Wine Suite"));
+  EXPECT_TRUE(shim.HasStoredConflicts());
+  EXPECT_FALSE(shim.HasStoredConflicts());
+  EXPECT_EQ(StoredList(), std::nullopt);
+}
+
+}  // namespace

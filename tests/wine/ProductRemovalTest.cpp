@@ -1,0 +1,295 @@
+// Removal end to end against the prefix: all three kinds registered by the shim,
+// then removed one after another, with the service executables played by a
+// stand-in that records its switches.
+#include "removal/ProductRemoval.h"
+
+#include "engine/win32/WindowsApi.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "broker/BrokerRegistration.h"
+#include "engine/LumenBrokerShim.h"
+#include "engine/win32/ScopedRegKey.h"
+#include "engine/win32/WideText.h"
+#include "engine/win32/Win32Platform.h"
+#include "engine/win32/Win32Registry.h"
+#include "engine/win32/Win32TaskScheduler.h"
+#include "host/ReferenceHost.h"
+#include "removal/NotifierTask.h"
+#include "tests/wine/HelperProcess.h"
+#include "tests/wine/WineTestSupport.h"
+
+using namespace SASM;
+
+namespace {
+
+constexpr wchar_t kUninstall[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Corva Lumen Player ";
+constexpr wchar_t kProduct[] = L"Software\\Halcyonics\\LumenPlayer";
+constexpr wchar_t kControlClass[] = L"Software\\Classes\\CLSID\\{7B1C3F52-4D0A-11CF-96B8-5A1E0C2D7F10}";
+constexpr wchar_t kCompatibility[] =
+    L"SOFTWARE\\Microsoft\\Internet Explorer\\ActiveX Compatibility\\{7B1C3F52-4D0A-11CF-96B8-5A1E0C2D7F10}";
+constexpr wchar_t kPlugin[] = L"SOFTWARE\\MozillaPlugins\\@halcyonics.example/LumenPlayer";
+constexpr wchar_t kBrokerServer[] = L"Software\\Classes\\CLSID\\{B019E3BF-E7E5-453C-A2E4-D2C18CA0866F}";
+constexpr wchar_t kExecutionOptions[] = L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Image File Execution Options\\";
+constexpr wchar_t kCounterKey[] = L"Software\\LumenUtilTests\\TestControl";
+constexpr wchar_t kTaskName[] = L"Corva Lumen Player PPAPI Notifier";
+
+bool KeyExists(const std::wstring& path) {
+  ScopedRegKey key;
+  return RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_READ | KEY_WOW64_64KEY, key.receive()) ==
+         ERROR_SUCCESS;
+}
+
+bool FileExists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
+
+std::string ReadAll(const std::wstring& path) {
+  HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return "";
+  char buffer[4096];
+  DWORD got = 0;
+  ReadFile(file, buffer, sizeof(buffer), &got, nullptr);
+  CloseHandle(file);
+  return std::string(buffer, got);
+}
+
+void DeleteBothViews(const std::wstring& path, bool parentIfEmpty = false) {
+  size_t slash = path.find_last_of(L'\\');
+  std::wstring parent = path.substr(0, slash), leaf = path.substr(slash + 1);
+  for (REGSAM view : {KEY_WOW64_64KEY, KEY_WOW64_32KEY}) {
+    ScopedRegKey key;
+    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, parent.c_str(), 0, KEY_ALL_ACCESS | view, key.receive()) != ERROR_SUCCESS)
+      continue;
+    RegDeleteTreeW(key.get(), leaf.c_str());
+    key.reset();
+    if (parentIfEmpty) RegDeleteKeyExW(HKEY_LOCAL_MACHINE, parent.c_str(), view, 0);
+  }
+}
+
+// Registers the notifier task with the steps the platform performs.
+void RegisterNotifierTask() {
+  Win32TaskScheduler scheduler;
+  std::unique_ptr<ITaskSchedulerSession> session = scheduler.Open();
+  TaskDefinition definition;
+  definition.name = u"Corva Lumen Player PPAPI Notifier";
+  definition.commandPath = u"C:\\Lumen\\Notifier.exe";
+  for (TaskStep step : {TaskStep::InitializeCom, TaskStep::InitializeSecurity, TaskStep::CreateTaskService,
+                        TaskStep::Connect, TaskStep::OpenRootFolder, TaskStep::NewDefinition, TaskStep::TakeActions,
+                        TaskStep::CreateAction, TaskStep::QueryExecAction, TaskStep::SetPath,
+                        TaskStep::RegisterDefinition}) {
+    int32_t answer = 0;
+    session->Run(step, definition, answer);
+  }
+}
+
+// Whether the task service knows the task, asked through a removal's own steps.
+bool NotifierTaskExists() {
+  Win32TaskScheduler scheduler;
+  std::unique_ptr<ITaskSchedulerSession> session = scheduler.Open();
+  TaskDefinition definition;
+  definition.name = u"Corva Lumen Player PPAPI Notifier";
+  int32_t answer = 0;
+  for (TaskStep step : {TaskStep::InitializeCom, TaskStep::InitializeSecurity, TaskStep::CreateTaskService,
+                        TaskStep::Connect, TaskStep::OpenRootFolder}) {
+    if (session->Run(step, definition, answer) < 0) return false;
+  }
+  return session->Run(TaskStep::FindTask, definition, answer) >= 0;
+}
+
+class ProductRemovalTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    wchar_t temp[MAX_PATH];
+    GetTempPathW(MAX_PATH, temp);
+    directory_ = std::wstring(temp) + L"LumenUtilTests\\Remove";
+    system_ = directory_ + L"\\System";
+    tree_.Directory(system_);
+    control_ = directory_ + L"\\LumenCtrl.ocx";
+    server_ = directory_ + L"\\LumenUtil_ActiveX.exe";
+    plugin_ = directory_ + L"\\NPLumenPlayer.dll";
+    pepper_ = directory_ + L"\\pepflashplayer.dll";
+    updater_ = directory_ + L"\\UpdateSvc.exe";
+    feedback_ = directory_ + L"\\FeedbackSvc.exe";
+    applet_ = system_ + L"\\LumenPlayerCPLApp.cpl";
+    settingsManager_ = system_ + L"\\LumenPlayer_Settings.exe";
+    CopyFileW((WineTest::BinaryDirectory() + L"\\lumen_test_control.dll").c_str(), control_.c_str(), FALSE);
+    CopyFileW(WineTest::HelperProcess::BuiltPath().c_str(), server_.c_str(), FALSE);
+    std::wstring standIn = WineTest::BinaryDirectory() + L"\\lumen_service_standin.exe";
+    CopyFileW(standIn.c_str(), updater_.c_str(), FALSE);
+    CopyFileW(standIn.c_str(), feedback_.c_str(), FALSE);
+    for (const std::wstring& file : {plugin_, pepper_, applet_, settingsManager_}) tree_.File(file, "file");
+    CleanUp();
+
+    HostOptions options;
+    options.Parse({u"-release", u"-source", u"2"});
+    std::u16string settings = u"Host { UtilityPath \"" + FromWide(server_.c_str()) +
+                              u"\"; UpdateService UpdateSvc.exe; FeedbackService FeedbackSvc.exe;"
+                              u" ControlPanelApplet LumenPlayerCPLApp.cpl; SettingsManager LumenPlayer_Settings.exe; }";
+    host_ = std::make_unique<ReferenceHost>(options, MString(std::u16string_view(settings)));
+    shim_.reset(StartShim(host_.get(), Win32Platform()));
+    host_->shim = shim_.get();
+  }
+
+  void TearDown() override {
+    host_->shim = nullptr;
+    CleanUp();
+    for (const std::wstring& path : {control_, server_, updater_, feedback_, updater_ + L".switches",
+                                     feedback_ + L".switches"}) {
+      SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+      DeleteFileW(path.c_str());
+    }
+  }
+
+  static void CleanUp() {
+    for (const wchar_t* kind : {L"ActiveX", L"NPAPI", L"PPAPI"}) DeleteBothViews(std::wstring(kUninstall) + kind);
+    for (const wchar_t* kind : {L"ActiveX", L"Plugin", L"Pepper"}) {
+      DeleteBothViews(std::wstring(kProduct) + kind);
+      DeleteBothViews(std::wstring(kProduct) + kind + L"ReleaseType", true);
+    }
+    DeleteBothViews(kCompatibility);
+    DeleteBothViews(kControlClass);
+    DeleteBothViews(kPlugin, true);
+    DeleteBothViews(std::wstring(kExecutionOptions) + L"UpdateSvc.exe");
+    Win32Registry registry;
+    BrokerRegistration::WriteBrokerRegistration(registry, nullptr, false);
+    RegDeleteTreeW(HKEY_CURRENT_USER, kCounterKey);
+    NotifierTask::RemoveNotifierTask(*std::make_unique<ReferenceHost>(HostOptions(), MString(u"")), Win32Platform());
+  }
+
+  MString Path(const std::wstring& path) const { return MString(FromWide(path.c_str())); }
+
+  void RegisterAllKinds() {
+    ASSERT_TRUE(shim_->RegisterProduct(8, Path(control_), Path(server_), MString(), 1));
+    ASSERT_TRUE(shim_->RegisterProduct(16, Path(plugin_), Path(server_), MString(), 1));
+    ASSERT_TRUE(shim_->RegisterProduct(32768, Path(pepper_), Path(server_), MString(), 1));
+    // What a real control's own registration leaves, for removal to find.
+    ScopedRegKey key;
+    ASSERT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE, (std::wstring(kControlClass) + L"\\InprocServer32").c_str(), 0,
+                              nullptr, 0, KEY_ALL_ACCESS | KEY_WOW64_64KEY, nullptr, key.receive(), nullptr),
+              ERROR_SUCCESS);
+    RegSetValueExW(key.get(), nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(control_.c_str()),
+                   static_cast<DWORD>((control_.size() + 1) * sizeof(wchar_t)));
+    RegisterNotifierTask();
+    ASSERT_TRUE(NotifierTaskExists());
+    ASSERT_EQ(host_->Log().Count(), 0) << host_->FormatLog();
+  }
+
+  // "code severity text" per report since the last call.
+  std::vector<std::string> NewReports() {
+    std::vector<std::string> lines;
+    const auto& entries = host_->Log().Entries();
+    for (; seen_ < entries.size(); ++seen_) {
+      const auto& entry = entries[seen_];
+      lines.push_back(std::to_string(entry.code) + " " + std::to_string(entry.severity) + " " + entry.text.ToUtf8());
+    }
+    return lines;
+  }
+
+  WineTest::TempTree tree_;
+  std::wstring directory_, system_, control_, server_, plugin_, pepper_, updater_, feedback_, applet_,
+      settingsManager_;
+  std::unique_ptr<ReferenceHost> host_;
+  std::unique_ptr<LumenBrokerShim> shim_;
+  size_t seen_ = 0;
+};
+
+std::string Utf8(const std::wstring& text) { return MString(FromWide(text.c_str())).ToUtf8(); }
+
+// The registry clean-up's deletions of what a registration never writes, then its failure.
+std::vector<std::string> CleanUpReports(const char* productWord, const std::string& lastKey) {
+  return {"1037 1 Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce/LumenPlayerUpdate 2",
+          std::string("1037 1 Software\\Halcyonics\\LumenPlayer") + productWord + "/ 2",
+          "1037 1 Software\\Halcyonics\\LumenPlayer/LumenPlayerVersion 2",
+          "1037 1 Software\\Halcyonics\\LumenPlayer/TwlInstall 2",
+          "1037 1 " + lastKey + "/ 2",
+          "1021 1 "};
+}
+
+std::string Unread(const char* productWord) {
+  return std::string("1036 1 Software\\Halcyonics\\LumenPlayer") + productWord + "/PlayerPath 2";
+}
+
+template <typename... Parts>
+std::vector<std::string> Joined(const std::vector<std::string>& first, const Parts&... rest) {
+  std::vector<std::string> all = first;
+  (all.insert(all.end(), rest.begin(), rest.end()), ...);
+  return all;
+}
+
+TEST_F(ProductRemovalTest, EachKindLeavesNothingOfItsOwnAndTheLastTakesTheSharedParts) {
+  RegisterAllKinds();
+  const std::string appletValue =
+      "1037 1 Software\\Microsoft\\Windows\\CurrentVersion\\Control Panel\\Extended Properties\\"
+      "System.ControlPanel.Category/" + Utf8(WineTest::SystemDirectory()) + "\\LumenPlayerCPLApp.cpl 2";
+  {
+    SCOPED_TRACE("ActiveX");
+    EXPECT_FALSE(shim_->RemoveProductKind(8, Path(system_), 0, 0));  // the clean-up meets values never written
+    EXPECT_FALSE(KeyExists(std::wstring(kProduct) + L"ActiveX"));
+    EXPECT_FALSE(KeyExists(std::wstring(kProduct) + L"ActiveXReleaseType"));
+    EXPECT_FALSE(KeyExists(std::wstring(kUninstall) + L"ActiveX"));
+    EXPECT_FALSE(KeyExists(kControlClass));
+    EXPECT_FALSE(KeyExists(kBrokerServer));
+    EXPECT_FALSE(FileExists(control_));
+    EXPECT_FALSE(FileExists(server_));
+    DWORD unregisterCalls = 0, size = sizeof(unregisterCalls);
+    RegGetValueW(HKEY_CURRENT_USER, kCounterKey, L"UnregisterCalls", RRF_RT_REG_DWORD, nullptr, &unregisterCalls,
+                 &size);
+    EXPECT_EQ(unregisterCalls, 1u);
+    // The plug-ins still need the services and the system files.
+    EXPECT_TRUE(KeyExists(std::wstring(kProduct) + L"Plugin"));
+    EXPECT_TRUE(FileExists(feedback_) && FileExists(updater_) && FileExists(applet_));
+    EXPECT_EQ(NewReports(), Joined(CleanUpReports("ActiveX", "Software\\Microsoft\\Code Store Database\\Distribution "
+                                                             "Units\\{7B1C3F52-4D0A-11CF-96B8-5A1E0C2D7F10}"),
+                                   std::vector<std::string>(4, Unread("ActiveX"))));
+  }
+  {
+    SCOPED_TRACE("NPAPI");
+    EXPECT_FALSE(shim_->RemoveProductKind(16, Path(system_), 0, 0));
+    EXPECT_FALSE(KeyExists(std::wstring(kProduct) + L"Plugin"));
+    EXPECT_FALSE(KeyExists(std::wstring(kProduct) + L"PluginReleaseType"));
+    EXPECT_FALSE(KeyExists(std::wstring(kUninstall) + L"NPAPI"));
+    EXPECT_FALSE(KeyExists(kPlugin));
+    EXPECT_FALSE(FileExists(plugin_));
+    // No player of kind 8 or 16 is left: the feedback service removes itself and goes.
+    EXPECT_EQ(ReadAll(feedback_ + L".switches"), "-uninstall\n");
+    EXPECT_FALSE(FileExists(feedback_));
+    EXPECT_TRUE(FileExists(updater_));
+    std::vector<std::string> twoUnread = {Unread("ActiveX"), Unread("Plugin")};
+    EXPECT_EQ(NewReports(), Joined(CleanUpReports("Plugin", "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\"
+                                                            "Corva Lumen Player Plugin"),
+                                   twoUnread, twoUnread, twoUnread, twoUnread));
+  }
+  {
+    SCOPED_TRACE("PPAPI");
+    EXPECT_FALSE(shim_->RemoveProductKind(32768, Path(system_), 0, 0));
+    EXPECT_FALSE(KeyExists(std::wstring(kProduct) + L"Pepper"));
+    EXPECT_FALSE(KeyExists(std::wstring(kProduct) + L"PepperReleaseType"));
+    EXPECT_FALSE(KeyExists(std::wstring(kUninstall) + L"PPAPI"));
+    EXPECT_FALSE(FileExists(pepper_));
+    EXPECT_FALSE(FileExists(applet_));
+    EXPECT_FALSE(FileExists(settingsManager_));
+    EXPECT_EQ(ReadAll(updater_ + L".switches"), "-uninstall\n");
+    EXPECT_FALSE(FileExists(updater_));
+    EXPECT_FALSE(NotifierTaskExists());
+    std::vector<std::string> threeUnread = {Unread("ActiveX"), Unread("Plugin"), Unread("Pepper")};
+    std::vector<std::string> twoUnread = {Unread("ActiveX"), Unread("Plugin")};
+    // The applet went, but its control panel value was never written, so its removal
+    // counts as failed: 1048, and the lock test finds nothing left.
+    std::vector<std::string> applet = {appletValue, "1048 1 ", "20 0 " + Utf8(applet_)};
+    std::vector<std::string> settingsManager = {
+        "1037 1 SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Image File Execution Options\\"
+        "LumenPlayer_Settings.exe/ 2",
+        appletValue};
+    std::vector<std::string> updater = {
+        "1037 1 SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Image File Execution Options\\UpdateSvc.exe/ 2"};
+    EXPECT_EQ(NewReports(), Joined(CleanUpReports("Pepper", "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\"
+                                                            "Corva Lumen Player Pepper"),
+                                   threeUnread, applet, threeUnread, settingsManager, twoUnread, threeUnread,
+                                   updater));
+  }
+}
+
+}  // namespace

@@ -1,0 +1,109 @@
+// StopService against the prefix's service control manager: a test service,
+// installed under the feedback service's name, that takes a chosen time to stop.
+#include "removal/ServiceStopper.h"
+
+#include "engine/win32/WindowsApi.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "engine/win32/ScopedServiceHandle.h"
+#include "engine/win32/Win32Platform.h"
+#include "host/ReferenceHost.h"
+#include "install/ServiceRunner.h"
+#include "tests/wine/WineTestSupport.h"
+
+using namespace SASM;
+
+namespace {
+
+constexpr wchar_t kName[] = L"CorvaLumenPlayerFeedbackSvc";
+
+DWORD StateOf(SC_HANDLE service) {
+  SERVICE_STATUS status = {};
+  return QueryServiceStatus(service, &status) ? status.dwCurrentState : 0;
+}
+
+class ServiceStopperTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    manager_.reset(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS));
+    ASSERT_TRUE(manager_);
+    Uninstall();
+    host_ = std::make_unique<ReferenceHost>(HostOptions(), MString(u""));
+  }
+  void TearDown() override { Uninstall(); }
+
+  // Installs and starts the test service; it stops stopMs after being asked.
+  void InstallRunning(DWORD stopMs) {
+    std::wstring command = L"\"" + WineTest::BinaryDirectory() + L"\\lumen_test_service.exe\" " + kName + L" " +
+                           std::to_wstring(stopMs);
+    service_.reset(CreateServiceW(manager_.get(), kName, L"Corva Lumen Player Feedback Service", SERVICE_ALL_ACCESS,
+                                  SERVICE_WIN32_OWN_PROCESS, SERVICE_DEMAND_START, SERVICE_ERROR_IGNORE,
+                                  command.c_str(), nullptr, nullptr, nullptr, nullptr, nullptr));
+    ASSERT_TRUE(service_) << GetLastError();
+    ASSERT_TRUE(StartServiceW(service_.get(), 0, nullptr)) << GetLastError();
+    for (int i = 0; i < 100 && StateOf(service_.get()) != SERVICE_RUNNING; ++i) Sleep(50);
+    ASSERT_EQ(StateOf(service_.get()), static_cast<DWORD>(SERVICE_RUNNING));
+  }
+
+  void Uninstall() {
+    ScopedServiceHandle service(OpenServiceW(manager_.get(), kName, SERVICE_ALL_ACCESS));
+    if (!service) return;
+    SERVICE_STATUS status = {};
+    if (StateOf(service.get()) != SERVICE_STOPPED) ControlService(service.get(), SERVICE_CONTROL_STOP, &status);
+    for (int i = 0; i < 200 && StateOf(service.get()) != SERVICE_STOPPED; ++i) Sleep(50);
+    DeleteService(service.get());
+    service_.reset();
+  }
+
+  bool Stop(DWORD& elapsed) {
+    ServiceRunner runner(ServiceRunner::Service::Feedback, MString(u"unused.exe"), *host_, Win32Platform());
+    DWORD start = GetTickCount();
+    bool stopped = ServiceStopper(*host_, Win32Platform()).StopService(runner);
+    elapsed = GetTickCount() - start;
+    return stopped;
+  }
+
+  std::vector<std::string> Reports() const {
+    std::vector<std::string> lines;
+    for (const auto& entry : host_->Log().Entries())
+      lines.push_back(std::to_string(entry.code) + " " + std::to_string(entry.severity) + " " + entry.text.ToUtf8());
+    return lines;
+  }
+
+  ScopedServiceHandle manager_;
+  ScopedServiceHandle service_;
+  std::unique_ptr<ReferenceHost> host_;
+};
+
+TEST_F(ServiceStopperTest, AbsentServiceNeedsNoStop) {
+  DWORD elapsed = 0;
+  EXPECT_TRUE(Stop(elapsed));
+  EXPECT_TRUE(Reports().empty());
+}
+
+TEST_F(ServiceStopperTest, QuickServiceStopsAtTheFirstCheck) {
+  InstallRunning(0);
+  DWORD elapsed = 0;
+  EXPECT_TRUE(Stop(elapsed));
+  EXPECT_EQ(StateOf(service_.get()), static_cast<DWORD>(SERVICE_STOPPED));
+  // The stop is quick, but the manager may still show it pending at the first look.
+  std::vector<std::string> reports = Reports();
+  ASSERT_FALSE(reports.empty());
+  EXPECT_EQ(reports.back(), "35 0 ");
+}
+
+TEST_F(ServiceStopperTest, SlowServiceIsSeenStoppedAfterTheFiveSecondSleep) {
+  InstallRunning(2000);
+  DWORD elapsed = 0;
+  EXPECT_TRUE(Stop(elapsed));
+  EXPECT_GE(elapsed, 5000u);
+  EXPECT_LT(elapsed, 9000u);
+  EXPECT_EQ(Reports(), (std::vector<std::string>{"1744 1 serviceProc.dwCurrentState == SERVICE_STOPPED", "35 0 "}));
+  EXPECT_EQ(StateOf(service_.get()), static_cast<DWORD>(SERVICE_STOPPED));
+}
+
+}  // namespace
