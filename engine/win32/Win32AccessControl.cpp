@@ -32,7 +32,8 @@ PSID EntrySid(void* entry) { return &static_cast<ACCESS_ALLOWED_ACE*>(entry)->Si
 // The helper's functions this task needs, and the account's identity.
 class AccessTask {
  public:
-  explicit AccessTask(const AccessListReview::Account& account) : sid_(advapi_.FreeSid()) {
+  AccessTask(const AccessListReview::Account& account, std::u16string_view path, int32_t objectType)
+      : sid_(advapi_.FreeSid()), name_(ToWide(path)), objectType_(objectType) {
     ready_ = advapi_.available() && advapi_.GetNamedSecurityInfoW() && advapi_.SetNamedSecurityInfoW() &&
              advapi_.SetEntriesInAclW();
     if (!ready_) return;
@@ -46,16 +47,19 @@ class AccessTask {
   const Advapi32DllHelper& Advapi() const { return advapi_; }
   PSID Sid() const { return sid_.get(); }
 
-  DWORD ReadList(std::wstring& name, int32_t objectType, PACL& list, ScopedLocalMemory& descriptor) const {
+  // Reads the object's access list; the list lives as long as the task.
+  DWORD ReadList() {
+    if (DWORD error = Error()) return error;
     PSECURITY_DESCRIPTOR raw = nullptr;
-    DWORD status = advapi_.GetNamedSecurityInfoW()(name.c_str(), static_cast<SE_OBJECT_TYPE>(objectType),
-                                                   DACL_SECURITY_INFORMATION, nullptr, nullptr, &list, nullptr, &raw);
-    descriptor.reset(raw);
+    DWORD status = advapi_.GetNamedSecurityInfoW()(name_.c_str(), static_cast<SE_OBJECT_TYPE>(objectType_),
+                                                   DACL_SECURITY_INFORMATION, nullptr, nullptr, &list_, nullptr, &raw);
+    descriptor_.reset(raw);
     return status;
   }
+  PACL List() const { return list_; }
 
-  DWORD WriteList(std::wstring& name, int32_t objectType, PACL list) const {
-    return advapi_.SetNamedSecurityInfoW()(name.data(), static_cast<SE_OBJECT_TYPE>(objectType),
+  DWORD WriteList(PACL list) {
+    return advapi_.SetNamedSecurityInfoW()(name_.data(), static_cast<SE_OBJECT_TYPE>(objectType_),
                                            DACL_SECURITY_INFORMATION, nullptr, nullptr, list, nullptr);
   }
 
@@ -64,6 +68,10 @@ class AccessTask {
   ScopedSid sid_;
   bool ready_ = false;
   DWORD error_ = ERROR_SUCCESS;
+  std::wstring name_;
+  int32_t objectType_;
+  PACL list_ = nullptr;
+  ScopedLocalMemory descriptor_;
 };
 
 }  // namespace
@@ -72,14 +80,10 @@ int32_t Win32AccessControl::EnsureAccess(std::u16string_view path, int32_t objec
                                          uint32_t mask) {
   const AccessListReview::Account* account = AccessListReview::FindAccount(accountCode);
   if (!account) return ERROR_INVALID_PARAMETER;
-  AccessTask task(*account);
-  if (DWORD error = task.Error()) return static_cast<int32_t>(error);
+  AccessTask task(*account, path, objectType);
+  if (DWORD status = task.ReadList()) return static_cast<int32_t>(status);
   const Advapi32DllHelper& advapi = task.Advapi();
-
-  std::wstring name = ToWide(path);
-  PACL list = nullptr;
-  ScopedLocalMemory descriptor;
-  if (DWORD status = task.ReadList(name, objectType, list, descriptor)) return static_cast<int32_t>(status);
+  PACL list = task.List();
 
   std::vector<AccessListReview::Entry> entries;
   for (DWORD index = 0; list && index < list->AceCount; ++index) {
@@ -103,7 +107,7 @@ int32_t Win32AccessControl::EnsureAccess(std::u16string_view path, int32_t objec
       AccessListReview::Review(entries, objectType == SecuredObject::kFile, *account, mask);
   for (size_t index : decision.deletions) advapi.DeleteAce()(list, static_cast<DWORD>(index));
   bool grantNeeded = decision.grantNeeded;
-  if (!grantNeeded) return static_cast<int32_t>(task.WriteList(name, objectType, list));
+  if (!grantNeeded) return static_cast<int32_t>(task.WriteList(list));
 
   EXPLICIT_ACCESSW grant = {};
   grant.grfAccessPermissions = mask;
@@ -116,21 +120,17 @@ int32_t Win32AccessControl::EnsureAccess(std::u16string_view path, int32_t objec
   PACL rawMerged = nullptr;
   if (DWORD status = advapi.SetEntriesInAclW()(1, &grant, list, &rawMerged)) return static_cast<int32_t>(status);
   ScopedLocalMemory merged(rawMerged);
-  return static_cast<int32_t>(task.WriteList(name, objectType, rawMerged));
+  return static_cast<int32_t>(task.WriteList(rawMerged));
 }
 
 int32_t Win32AccessControl::RemoveAccess(std::u16string_view path, int32_t objectType, int32_t accountCode,
                                          uint32_t mask) {
   const AccessListReview::Account* account = AccessListReview::FindAccount(accountCode);
   if (!account) return ERROR_INVALID_PARAMETER;
-  AccessTask task(*account);
-  if (DWORD error = task.Error()) return static_cast<int32_t>(error);
+  AccessTask task(*account, path, objectType);
+  if (DWORD status = task.ReadList()) return static_cast<int32_t>(status);
   const Advapi32DllHelper& advapi = task.Advapi();
-
-  std::wstring name = ToWide(path);
-  PACL list = nullptr;
-  ScopedLocalMemory descriptor;
-  if (DWORD status = task.ReadList(name, objectType, list, descriptor)) return static_cast<int32_t>(status);
+  PACL list = task.List();
   if (!list) return ERROR_SUCCESS;
   bool changed = false;
   for (int index = static_cast<int>(list->AceCount) - 1; index >= 0; --index) {
@@ -144,7 +144,7 @@ int32_t Win32AccessControl::RemoveAccess(std::u16string_view path, int32_t objec
     advapi.DeleteAce()(list, static_cast<DWORD>(index));
     changed = true;
   }
-  return changed ? static_cast<int32_t>(task.WriteList(name, objectType, list)) : ERROR_SUCCESS;
+  return changed ? static_cast<int32_t>(task.WriteList(list)) : ERROR_SUCCESS;
 }
 
 }  // namespace SASM
