@@ -51,7 +51,9 @@ TYPED_TEST(PresentLibraryHelper, LoadsFromTheSystemDirectoryAndBindsItsWholeTabl
   for (size_t i = 0; i < std::size(TypeParam::kFunctions); ++i) {
     const DllFunction& function = TypeParam::kFunctions[i];
     EXPECT_EQ(helper.Function(i), GetProcAddress(helper.library(), function.name)) << function.name;
-    if (function.required) EXPECT_NE(helper.Function(i), nullptr) << function.name;
+    if (function.required) {
+      EXPECT_NE(helper.Function(i), nullptr) << function.name;
+    }
   }
 }
 

@@ -30,17 +30,6 @@ HRESULT WithRetries(Attempt attempt) {
   return result;
 }
 
-// Deletes a key of the machine's classes in the 32-bit view too, where the
-// platform's registration helpers leave copies that Wine falls back to.
-void DeleteBothViews(const std::wstring& path) {
-  for (REGSAM view : {KEY_WOW64_64KEY, KEY_WOW64_32KEY}) {
-    ScopedRegKey key;
-    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"Software\\Classes", 0, KEY_ALL_ACCESS | view, key.receive()) ==
-        ERROR_SUCCESS)
-      RegDeleteTreeW(key.get(), path.c_str());
-  }
-}
-
 }  // namespace
 
 std::wstring LiveBrokerTest::HostPath() { return BinaryDirectory() + L"\\LumenUtilHost.exe"; }
@@ -102,10 +91,10 @@ void LiveBrokerTest::TearDownTestSuite() {
   proxyRegistered_ = false;
   Win32Registry registry;
   BrokerRegistration::WriteBrokerRegistration(registry, nullptr, false);
-  DeleteBothViews(L"CLSID\\" + ToWide(BrokerIdentities::kServed.classId));
-  DeleteBothViews(L"TypeLib\\" + ToWide(BrokerIdentities::kLibraryId));
+  DeleteBothViews(L"Software\\Classes\\CLSID\\" + ToWide(BrokerIdentities::kServed.classId));
+  DeleteBothViews(L"Software\\Classes\\TypeLib\\" + ToWide(BrokerIdentities::kLibraryId));
   for (const BrokerGeneration& generation : BrokerIdentities::kGenerations)
-    DeleteBothViews(L"Interface\\" + ToWide(generation.interfaceId));
+    DeleteBothViews(L"Software\\Classes\\Interface\\" + ToWide(generation.interfaceId));
   CoUninitialize();
 }
 

@@ -23,17 +23,13 @@ using namespace SASM;
 
 namespace {
 
+using namespace WineTest;
+using namespace WineTest::ProductKeys;
+
 using Values = std::map<std::wstring, std::wstring>;
 
-constexpr wchar_t kUninstall[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Corva Lumen Player ";
-constexpr wchar_t kProduct[] = L"Software\\Halcyonics\\LumenPlayer";
-constexpr wchar_t kCompatibility[] =
-    L"SOFTWARE\\Microsoft\\Internet Explorer\\ActiveX Compatibility\\{7B1C3F52-4D0A-11CF-96B8-5A1E0C2D7F10}";
-constexpr wchar_t kExecutionOptions[] = L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Image File Execution Options\\";
-constexpr wchar_t kPlugin[] = L"SOFTWARE\\MozillaPlugins\\@halcyonics.example/LumenPlayer";
 constexpr wchar_t kBrokerServer[] = L"Software\\Classes\\CLSID\\{B019E3BF-E7E5-453C-A2E4-D2C18CA0866F}\\LocalServer32";
 constexpr wchar_t kExtraExecutable[] = L"LumenUtilTestsHelper.exe";
-constexpr wchar_t kCounterKey[] = L"Software\\LumenUtilTests\\TestControl";
 
 std::wstring Text(const std::wstring& text) { return L"SZ:" + text; }
 std::wstring Number(DWORD value) { return L"DWORD:" + std::to_wstring(value); }
@@ -66,26 +62,6 @@ Values KeyValues(const std::wstring& path) {
   EXPECT_TRUE(ReadKey(path, values, subkeys)) << MString(FromWide(path.c_str())).ToUtf8();
   EXPECT_EQ(subkeys, 0u) << MString(FromWide(path.c_str())).ToUtf8();
   return values;
-}
-
-bool KeyExists(const std::wstring& path) {
-  ScopedRegKey key;
-  return RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_READ | KEY_WOW64_64KEY, key.receive()) ==
-         ERROR_SUCCESS;
-}
-
-// The key's tree in both views; then its parent, when that is left empty.
-void DeleteBothViews(const std::wstring& path, bool parentIfEmpty = false) {
-  size_t slash = path.find_last_of(L'\\');
-  std::wstring parent = path.substr(0, slash), leaf = path.substr(slash + 1);
-  for (REGSAM view : {KEY_WOW64_64KEY, KEY_WOW64_32KEY}) {
-    ScopedRegKey key;
-    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, parent.c_str(), 0, KEY_ALL_ACCESS | view, key.receive()) != ERROR_SUCCESS)
-      continue;
-    RegDeleteTreeW(key.get(), leaf.c_str());
-    key.reset();
-    if (parentIfEmpty) RegDeleteKeyExW(HKEY_LOCAL_MACHINE, parent.c_str(), view, 0);
-  }
 }
 
 class LumenBrokerShimRegistrationTest : public ::testing::Test {
@@ -129,17 +105,8 @@ class LumenBrokerShimRegistrationTest : public ::testing::Test {
   }
 
   static void CleanRegistry() {
-    for (const wchar_t* kind : {L"ActiveX", L"NPAPI", L"PPAPI"}) DeleteBothViews(std::wstring(kUninstall) + kind);
-    for (const wchar_t* kind : {L"ActiveX", L"Plugin", L"Pepper"}) {
-      DeleteBothViews(std::wstring(kProduct) + kind);
-      DeleteBothViews(std::wstring(kProduct) + kind + L"ReleaseType", true);
-    }
-    DeleteBothViews(kCompatibility);
+    ForgetProductRegistration();
     DeleteBothViews(std::wstring(kExecutionOptions) + kExtraExecutable);
-    DeleteBothViews(kPlugin, true);
-    Win32Registry registry;
-    BrokerRegistration::WriteBrokerRegistration(registry, nullptr, false);
-    RegDeleteTreeW(HKEY_CURRENT_USER, kCounterKey);
   }
 
   // The fourteen values of an Uninstall entry.

@@ -27,47 +27,12 @@ using namespace SASM;
 
 namespace {
 
-constexpr wchar_t kUninstall[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Corva Lumen Player ";
-constexpr wchar_t kProduct[] = L"Software\\Halcyonics\\LumenPlayer";
+using namespace WineTest;
+using namespace WineTest::ProductKeys;
+
 constexpr wchar_t kControlClass[] = L"Software\\Classes\\CLSID\\{7B1C3F52-4D0A-11CF-96B8-5A1E0C2D7F10}";
-constexpr wchar_t kCompatibility[] =
-    L"SOFTWARE\\Microsoft\\Internet Explorer\\ActiveX Compatibility\\{7B1C3F52-4D0A-11CF-96B8-5A1E0C2D7F10}";
-constexpr wchar_t kPlugin[] = L"SOFTWARE\\MozillaPlugins\\@halcyonics.example/LumenPlayer";
 constexpr wchar_t kBrokerServer[] = L"Software\\Classes\\CLSID\\{B019E3BF-E7E5-453C-A2E4-D2C18CA0866F}";
-constexpr wchar_t kExecutionOptions[] = L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Image File Execution Options\\";
-constexpr wchar_t kCounterKey[] = L"Software\\LumenUtilTests\\TestControl";
 constexpr wchar_t kTaskName[] = L"Corva Lumen Player PPAPI Notifier";
-
-bool KeyExists(const std::wstring& path) {
-  ScopedRegKey key;
-  return RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_READ | KEY_WOW64_64KEY, key.receive()) ==
-         ERROR_SUCCESS;
-}
-
-bool FileExists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
-
-std::string ReadAll(const std::wstring& path) {
-  HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return "";
-  char buffer[4096];
-  DWORD got = 0;
-  ReadFile(file, buffer, sizeof(buffer), &got, nullptr);
-  CloseHandle(file);
-  return std::string(buffer, got);
-}
-
-void DeleteBothViews(const std::wstring& path, bool parentIfEmpty = false) {
-  size_t slash = path.find_last_of(L'\\');
-  std::wstring parent = path.substr(0, slash), leaf = path.substr(slash + 1);
-  for (REGSAM view : {KEY_WOW64_64KEY, KEY_WOW64_32KEY}) {
-    ScopedRegKey key;
-    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, parent.c_str(), 0, KEY_ALL_ACCESS | view, key.receive()) != ERROR_SUCCESS)
-      continue;
-    RegDeleteTreeW(key.get(), leaf.c_str());
-    key.reset();
-    if (parentIfEmpty) RegDeleteKeyExW(HKEY_LOCAL_MACHINE, parent.c_str(), view, 0);
-  }
-}
 
 // Registers the notifier task with the steps the platform performs.
 void RegisterNotifierTask() {
@@ -144,18 +109,9 @@ class ProductRemovalTest : public ::testing::Test {
   }
 
   static void CleanUp() {
-    for (const wchar_t* kind : {L"ActiveX", L"NPAPI", L"PPAPI"}) DeleteBothViews(std::wstring(kUninstall) + kind);
-    for (const wchar_t* kind : {L"ActiveX", L"Plugin", L"Pepper"}) {
-      DeleteBothViews(std::wstring(kProduct) + kind);
-      DeleteBothViews(std::wstring(kProduct) + kind + L"ReleaseType", true);
-    }
-    DeleteBothViews(kCompatibility);
+    ForgetProductRegistration();
     DeleteBothViews(kControlClass);
-    DeleteBothViews(kPlugin, true);
     DeleteBothViews(std::wstring(kExecutionOptions) + L"UpdateSvc.exe");
-    Win32Registry registry;
-    BrokerRegistration::WriteBrokerRegistration(registry, nullptr, false);
-    RegDeleteTreeW(HKEY_CURRENT_USER, kCounterKey);
     NotifierTask::RemoveNotifierTask(*std::make_unique<ReferenceHost>(HostOptions(), MString(u"")), Win32Platform());
   }
 

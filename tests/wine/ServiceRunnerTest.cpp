@@ -18,15 +18,7 @@ using namespace SASM;
 
 namespace {
 
-std::string ReadAll(const std::wstring& path) {
-  HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return "";
-  char buffer[4096];
-  DWORD got = 0;
-  ReadFile(file, buffer, sizeof(buffer), &got, nullptr);
-  CloseHandle(file);
-  return std::string(buffer, got);
-}
+using WineTest::ReadAll;
 
 class ServiceRunnerTest : public ::testing::Test {
  protected:

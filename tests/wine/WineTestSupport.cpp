@@ -2,6 +2,11 @@
 
 #include <shlobj.h>
 
+#include "broker/BrokerRegistration.h"
+#include "engine/win32/ScopedHandle.h"
+#include "engine/win32/ScopedRegKey.h"
+#include "engine/win32/Win32Registry.h"
+
 namespace SASM::WineTest {
 
 std::wstring BinaryDirectory() {
@@ -29,6 +34,50 @@ std::wstring RoamingFolder() {
   wchar_t buffer[MAX_PATH];
   if (FAILED(SHGetFolderPathW(nullptr, CSIDL_APPDATA, nullptr, SHGFP_TYPE_CURRENT, buffer))) return L"";
   return buffer;
+}
+
+bool FileExists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
+
+std::string ReadAll(const std::wstring& path) {
+  ScopedHandle file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+  if (!file) return "";
+  char buffer[4096];
+  DWORD got = 0;
+  if (!ReadFile(file.get(), buffer, sizeof(buffer), &got, nullptr)) return "";
+  return std::string(buffer, got);
+}
+
+bool KeyExists(const std::wstring& path) {
+  ScopedRegKey key;
+  return RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_READ | KEY_WOW64_64KEY, key.receive()) ==
+         ERROR_SUCCESS;
+}
+
+void DeleteBothViews(const std::wstring& path, bool parentIfEmpty) {
+  size_t slash = path.find_last_of(L'\\');
+  std::wstring parent = path.substr(0, slash), leaf = path.substr(slash + 1);
+  for (REGSAM view : {KEY_WOW64_64KEY, KEY_WOW64_32KEY}) {
+    ScopedRegKey key;
+    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, parent.c_str(), 0, KEY_ALL_ACCESS | view, key.receive()) != ERROR_SUCCESS)
+      continue;
+    RegDeleteTreeW(key.get(), leaf.c_str());
+    key.reset();
+    if (parentIfEmpty) RegDeleteKeyExW(HKEY_LOCAL_MACHINE, parent.c_str(), view, 0);
+  }
+}
+
+void ForgetProductRegistration() {
+  using namespace ProductKeys;
+  for (const wchar_t* kind : {L"ActiveX", L"NPAPI", L"PPAPI"}) DeleteBothViews(std::wstring(kUninstall) + kind);
+  for (const wchar_t* kind : {L"ActiveX", L"Plugin", L"Pepper"}) {
+    DeleteBothViews(std::wstring(kProduct) + kind);
+    DeleteBothViews(std::wstring(kProduct) + kind + L"ReleaseType", true);
+  }
+  DeleteBothViews(kCompatibility);
+  DeleteBothViews(kPlugin, true);
+  Win32Registry registry;
+  BrokerRegistration::WriteBrokerRegistration(registry, nullptr, false);
+  RegDeleteTreeW(HKEY_CURRENT_USER, kCounterKey);
 }
 
 TempTree::~TempTree() {

@@ -1,6 +1,6 @@
 #pragma once
-// Shared helpers of the Wine suite: where the built binaries are, and a
-// directory tree that cleans itself up.
+// Shared helpers of the Wine suite: where the built binaries are, a directory
+// tree that cleans itself up, and the machine hive as the product leaves it.
 #include "engine/win32/WindowsApi.h"
 
 #include <string>
@@ -15,6 +15,33 @@ std::wstring ModulePath();
 std::wstring SystemDirectory();
 std::wstring WindowsDirectory();
 std::wstring RoamingFolder();
+
+bool FileExists(const std::wstring& path);
+// The first 4 KiB of a file; empty when it can't be read.
+std::string ReadAll(const std::wstring& path);
+
+// Keys of the machine hive in the 64-bit view.
+bool KeyExists(const std::wstring& path);
+// The key's tree in both views (the platform's registration helpers leave
+// 32-bit copies that Wine falls back to); then its parent, when left empty.
+void DeleteBothViews(const std::wstring& path, bool parentIfEmpty = false);
+
+// Where registration writes, for tests that read it back and clean it away.
+namespace ProductKeys {
+inline constexpr wchar_t kUninstall[] =
+    L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Corva Lumen Player ";
+inline constexpr wchar_t kProduct[] = L"Software\\Halcyonics\\LumenPlayer";
+inline constexpr wchar_t kCompatibility[] =
+    L"SOFTWARE\\Microsoft\\Internet Explorer\\ActiveX Compatibility\\{7B1C3F52-4D0A-11CF-96B8-5A1E0C2D7F10}";
+inline constexpr wchar_t kExecutionOptions[] =
+    L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Image File Execution Options\\";
+inline constexpr wchar_t kPlugin[] = L"SOFTWARE\\MozillaPlugins\\@halcyonics.example/LumenPlayer";
+inline constexpr wchar_t kCounterKey[] = L"Software\\LumenUtilTests\\TestControl";
+}  // namespace ProductKeys
+
+// Removes every key registration of the three kinds writes, the broker's too,
+// and the test control's counters.
+void ForgetProductRegistration();
 
 // Creates directories and files on demand; removes what it created, deepest first.
 class TempTree {
