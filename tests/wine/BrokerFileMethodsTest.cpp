@@ -262,6 +262,31 @@ TEST_F(BrokerFileMethodsLive, ClosingACookieTwiceGivesSuccessThenBadArgument) {
   EXPECT_EQ(broker_->BrokerCloseHandle(cookie), kBadArgument);
 }
 
+TEST_F(BrokerFileMethodsLive, EachClientNumbersItsOwnCookiesFromOne) {
+  WineTest::TempTree tree;
+  const std::wstring path = Data() + L"\\shared.sol";
+  tree.File(path, "both");
+  ComPtr<ILumenBroker6> other;
+  ASSERT_EQ(Activate(other), S_OK);
+  ScopedBstr name(path.c_str());
+  ULONG first = 0, second = 0, again = 0;
+  ASSERT_EQ(broker_->BrokerCreateFile(name.get(), 1, 0, &first), S_OK);
+  ASSERT_EQ(other->BrokerCreateFile(name.get(), 1, 0, &second), S_OK);
+  ASSERT_EQ(broker_->BrokerCreateFile(name.get(), 1, 0, &again), S_OK);
+  EXPECT_EQ(first, 1u);
+  EXPECT_EQ(second, 1u);
+  EXPECT_EQ(again, 2u);
+  // A number of one table means nothing in the other.
+  EXPECT_EQ(other->BrokerCloseHandle(2), kBadArgument);
+  EXPECT_EQ(other->BrokerCloseHandle(1), S_OK);
+  std::string bytes;
+  ULONG read = 0;
+  EXPECT_EQ(Read(1, 8, bytes, read), S_OK);
+  EXPECT_EQ(bytes.substr(0, read), "both");
+  EXPECT_EQ(broker_->BrokerCloseHandle(1), S_OK);
+  EXPECT_EQ(broker_->BrokerCloseHandle(2), S_OK);
+}
+
 TEST_F(BrokerFileMethodsLive, MovesRefuseFlagSixteenAndOtherwiseMoveAFileWithinTheRoot) {
   WineTest::TempTree tree;
   const std::wstring from = Data() + L"\\from.sol";
