@@ -10,161 +10,25 @@
 
 #include "LumenBroker_h.h"
 
-#include <shlobj.h>
-#include <tlhelp32.h>
-
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
 
-#include "broker/BrokerIdentities.h"
-#include "broker/BrokerRegistration.h"
+#include "bench/BenchBrokerSession.h"
 #include "engine/win32/ComPtr.h"
 #include "engine/win32/ScopedBstr.h"
 #include "engine/win32/ScopedHandle.h"
-#include "engine/win32/ScopedLibrary.h"
-#include "engine/win32/ScopedRegKey.h"
 #include "engine/win32/ScopedSafeArray.h"
-#include "engine/win32/WideText.h"
-#include "engine/win32/Win32Registry.h"
 
 using namespace SASM;
 
 namespace {
 
 constexpr ULONG kSlice = 64 * 1024;
-constexpr DWORD kExitWait = 10000;
 
-std::wstring BinaryDirectory() {
-  wchar_t buffer[MAX_PATH];
-  DWORD n = GetModuleFileNameW(nullptr, buffer, MAX_PATH);
-  std::wstring path(buffer, n);
-  return path.substr(0, path.find_last_of(L'\\'));
-}
-
-std::string Narrow(const std::wstring& text) {
-  int n = WideCharToMultiByte(CP_ACP, 0, text.c_str(), -1, nullptr, 0, nullptr, nullptr);
-  std::string out(static_cast<size_t>(n > 0 ? n - 1 : 0), '\0');
-  WideCharToMultiByte(CP_ACP, 0, text.c_str(), -1, out.data(), n, nullptr, nullptr);
-  return out;
-}
-
-double Seconds() {
-  static LARGE_INTEGER frequency = [] {
-    LARGE_INTEGER value;
-    QueryPerformanceFrequency(&value);
-    return value;
-  }();
-  LARGE_INTEGER now;
-  QueryPerformanceCounter(&now);
-  return static_cast<double>(now.QuadPart) / static_cast<double>(frequency.QuadPart);
-}
-
-double Median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
-}
-
-// Deletes a key of the machine's classes in both registry views: the
-// platform's registration helpers leave 32-bit copies that Wine falls back to.
-void DeleteBothViews(const std::wstring& path) {
-  for (REGSAM view : {KEY_WOW64_64KEY, KEY_WOW64_32KEY}) {
-    ScopedRegKey key;
-    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"Software\\Classes", 0, KEY_ALL_ACCESS | view, key.receive()) ==
-        ERROR_SUCCESS)
-      RegDeleteTreeW(key.get(), path.c_str());
-  }
-}
-
-using RegistrationFunction = HRESULT(STDAPICALLTYPE*)();
-
-RegistrationFunction ProxyFunction(HMODULE proxy, const char* name) {
-  return reinterpret_cast<RegistrationFunction>(reinterpret_cast<void*>(GetProcAddress(proxy, name)));
-}
-
-// The server registered for the reference host beside this program, and the
-// test proxy that marshals the interface's newer generations under Wine.
-class Registration {
- public:
-  Registration() {
-    Win32Registry registry;
-    BrokerRegistration::WriteBrokerRegistration(registry, Narrow(BinaryDirectory() + L"\\LumenUtilHost.exe").c_str(),
-                                                true);
-    proxy_.reset(LoadLibraryW((BinaryDirectory() + L"\\LumenBrokerProxy.dll").c_str()));
-    RegistrationFunction registerProxy = proxy_ ? ProxyFunction(proxy_.get(), "DllRegisterServer") : nullptr;
-    ready_ = registerProxy && SUCCEEDED(registerProxy());
-  }
-  Registration(const Registration&) = delete;
-  Registration& operator=(const Registration&) = delete;
-  ~Registration() {
-    if (proxy_) {
-      if (RegistrationFunction unregisterProxy = ProxyFunction(proxy_.get(), "DllUnregisterServer")) unregisterProxy();
-    }
-    proxy_.reset();
-    Win32Registry registry;
-    BrokerRegistration::WriteBrokerRegistration(registry, nullptr, false);
-    DeleteBothViews(L"CLSID\\" + ToWide(BrokerIdentities::kServed.classId));
-    DeleteBothViews(L"TypeLib\\" + ToWide(BrokerIdentities::kLibraryId));
-    for (const BrokerGeneration& generation : BrokerIdentities::kGenerations)
-      DeleteBothViews(L"Interface\\" + ToWide(generation.interfaceId));
-  }
-  bool ready() const { return ready_; }
-
- private:
-  ScopedLibrary proxy_;
-  bool ready_ = false;
-};
-
-// Waits for every running copy of the reference host to end.
-bool ServersEnded() {
-  ScopedHandle snapshot(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
-  if (!snapshot) return false;
-  PROCESSENTRY32W entry{};
-  entry.dwSize = sizeof(entry);
-  bool ended = true;
-  for (BOOL more = Process32FirstW(snapshot.get(), &entry); more; more = Process32NextW(snapshot.get(), &entry)) {
-    if (_wcsicmp(entry.szExeFile, L"LumenUtilHost.exe") != 0) continue;
-    ScopedHandle process(OpenProcess(SYNCHRONIZE, FALSE, entry.th32ProcessID));
-    if (process && WaitForSingleObject(process.get(), kExitWait) != WAIT_OBJECT_0) ended = false;
-  }
-  return ended;
-}
-
-HRESULT Activate(ComPtr<ILumenBroker6>& broker) {
-  HRESULT result = E_FAIL;
-  // Activation races with a server that is quitting; try again a few times.
-  for (int attempt = 0; attempt < 20; ++attempt) {
-    result =
-        CoCreateInstance(CLSID_LumenBrokerImp6, nullptr, CLSCTX_LOCAL_SERVER, IID_ILumenBroker6, broker.receiveVoid());
-    if (SUCCEEDED(result) || result == REGDB_E_CLASSNOTREG) break;
-    Sleep(50);
-  }
-  return result;
-}
-
-// The player data root's directories this run had to make, removed deepest first.
-class MadeDirectories {
- public:
-  explicit MadeDirectories(const std::wstring& path) {
-    for (size_t at = path.find(L'\\', 3);; at = path.find(L'\\', at + 1)) {
-      std::wstring prefix = at == std::wstring::npos ? path : path.substr(0, at);
-      if (GetFileAttributesW(prefix.c_str()) == INVALID_FILE_ATTRIBUTES && CreateDirectoryW(prefix.c_str(), nullptr))
-        made_.push_back(prefix);
-      if (at == std::wstring::npos) break;
-    }
-  }
-  MadeDirectories(const MadeDirectories&) = delete;
-  MadeDirectories& operator=(const MadeDirectories&) = delete;
-  ~MadeDirectories() {
-    for (auto it = made_.rbegin(); it != made_.rend(); ++it) RemoveDirectoryW(it->c_str());
-  }
-
- private:
-  std::vector<std::wstring> made_;
-};
+using Session = BenchBrokerSession;
 
 struct Rates {
   double write;
@@ -182,16 +46,16 @@ bool BrokerRound(ILumenBroker6& broker, const std::wstring& path, const std::vec
   std::memcpy(data, content.data(), kSlice);
   SafeArrayUnaccessData(slice.get());
 
-  double start = Seconds();
+  double start = Session::Seconds();
   if (FAILED(broker.BrokerCreateFile(name.get(), 0, 1, &cookie))) return false;
   for (size_t at = 0; at < content.size(); at += kSlice) {
     ULONG written = 0;
     if (FAILED(broker.BrokerWriteFile(cookie, slice.get(), &written)) || written != kSlice) return false;
   }
   broker.BrokerCloseHandle(cookie);
-  rates.write = static_cast<double>(content.size()) / (Seconds() - start);
+  rates.write = static_cast<double>(content.size()) / (Session::Seconds() - start);
 
-  start = Seconds();
+  start = Session::Seconds();
   if (FAILED(broker.BrokerCreateFile(name.get(), 1, 0, &cookie))) return false;
   size_t total = 0;
   for (;;) {
@@ -202,14 +66,14 @@ bool BrokerRound(ILumenBroker6& broker, const std::wstring& path, const std::vec
     total += read;
   }
   broker.BrokerCloseHandle(cookie);
-  rates.read = static_cast<double>(content.size()) / (Seconds() - start);
+  rates.read = static_cast<double>(content.size()) / (Session::Seconds() - start);
   return total == content.size();
 }
 
 // The same round with the file functions of this process.
 bool ReferenceRound(const std::wstring& path, const std::vector<uint8_t>& content, Rates& rates) {
   std::vector<uint8_t> buffer(kSlice);
-  double start = Seconds();
+  double start = Session::Seconds();
   {
     ScopedHandle file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
                                   FILE_FLAG_RANDOM_ACCESS, nullptr));
@@ -219,9 +83,9 @@ bool ReferenceRound(const std::wstring& path, const std::vector<uint8_t>& conten
       if (!WriteFile(file.get(), content.data(), kSlice, &written, nullptr) || written != kSlice) return false;
     }
   }
-  rates.write = static_cast<double>(content.size()) / (Seconds() - start);
+  rates.write = static_cast<double>(content.size()) / (Session::Seconds() - start);
 
-  start = Seconds();
+  start = Session::Seconds();
   size_t total = 0;
   {
     ScopedHandle file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
@@ -234,24 +98,17 @@ bool ReferenceRound(const std::wstring& path, const std::vector<uint8_t>& conten
       total += read;
     }
   }
-  rates.read = static_cast<double>(content.size()) / (Seconds() - start);
+  rates.read = static_cast<double>(content.size()) / (Session::Seconds() - start);
   return total == content.size();
-}
-
-std::wstring PlayerDataDirectory() {
-  wchar_t roaming[MAX_PATH];
-  if (FAILED(SHGetFolderPathW(nullptr, CSIDL_APPDATA, nullptr, SHGFP_TYPE_CURRENT, roaming))) return L"";
-  return std::wstring(roaming) + L"\\Halcyonics\\Lumen Player\\Bench";
 }
 
 int Run(size_t mebibytes, int rounds) {
   std::vector<uint8_t> content(mebibytes * 1024 * 1024);
   for (size_t i = 0; i < content.size(); ++i) content[i] = static_cast<uint8_t>(i * 13 + 1);
-  const std::wstring directory = PlayerDataDirectory();
+  Session session;
+  const std::wstring directory = session.PlayerDataDirectory();
   if (directory.empty()) return 2;
-  MadeDirectories made(directory);
-  Registration registration;
-  if (!registration.ready()) {
+  if (!session.ready()) {
     std::fprintf(stderr, "the test proxy did not register\n");
     return 2;
   }
@@ -260,7 +117,7 @@ int Run(size_t mebibytes, int rounds) {
   bool ok = true;
   {
     ComPtr<ILumenBroker6> broker;
-    if (FAILED(Activate(broker))) {
+    if (FAILED(Session::Activate(broker))) {
       std::fprintf(stderr, "the broker could not be activated\n");
       return 2;
     }
@@ -279,7 +136,7 @@ int Run(size_t mebibytes, int rounds) {
   DeleteFileW((directory + L"\\broker.dat:Zone.Identifier").c_str());
   DeleteFileW((directory + L"\\broker.dat").c_str());
   DeleteFileW((directory + L"\\reference.dat").c_str());
-  bool ended = ServersEnded();
+  bool ended = Session::ServersEnded();
   if (!ok) {
     std::fprintf(stderr, "a round failed\n");
     return 1;
@@ -288,10 +145,12 @@ int Run(size_t mebibytes, int rounds) {
   constexpr double kMegabyte = 1e6;
   std::printf("%zu MiB per round in %lu KiB slices, median of %d rounds\n", mebibytes,
               static_cast<unsigned long>(kSlice / 1024), rounds);
-  std::printf("  write  broker %8.1f MB/s   in-process %8.1f MB/s   ratio %.4f\n", Median(brokerWrite) / kMegabyte,
-              Median(referenceWrite) / kMegabyte, Median(brokerWrite) / Median(referenceWrite));
-  std::printf("  read   broker %8.1f MB/s   in-process %8.1f MB/s   ratio %.4f\n", Median(brokerRead) / kMegabyte,
-              Median(referenceRead) / kMegabyte, Median(brokerRead) / Median(referenceRead));
+  std::printf("  write  broker %8.1f MB/s   in-process %8.1f MB/s   ratio %.4f\n",
+              Session::Median(brokerWrite) / kMegabyte, Session::Median(referenceWrite) / kMegabyte,
+              Session::Median(brokerWrite) / Session::Median(referenceWrite));
+  std::printf("  read   broker %8.1f MB/s   in-process %8.1f MB/s   ratio %.4f\n",
+              Session::Median(brokerRead) / kMegabyte, Session::Median(referenceRead) / kMegabyte,
+              Session::Median(brokerRead) / Session::Median(referenceRead));
   if (!ended) std::fprintf(stderr, "a server was still running at the end\n");
   return ended ? 0 : 1;
 }

@@ -9,12 +9,13 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "engine/win32/BrokerProxyRegistration.h"
 #include "engine/win32/ComPtr.h"
 #include "engine/win32/ScopedHandle.h"
-#include "engine/win32/ScopedLibrary.h"
 
 namespace SASM::WineTest {
 
@@ -37,8 +38,7 @@ class LiveBrokerTest : public ::testing::Test {
   void TearDown() override;
 
  private:
-  static inline ScopedLibrary proxy_;
-  static inline bool proxyRegistered_ = false;
+  static inline std::unique_ptr<BrokerProxyRegistration> proxy_;
 };
 
 }  // namespace SASM::WineTest

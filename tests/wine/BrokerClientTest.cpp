@@ -1,0 +1,151 @@
+// The broker client as a script runs it: a process of its own against the live
+// server, judged by its lines on standard output, standard error and exit code.
+#include "engine/win32/WindowsApi.h"
+
+#include "LumenBroker_h.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+#include "engine/win32/ComPtr.h"
+#include "engine/win32/ScopedBstr.h"
+#include "engine/win32/ScopedHandle.h"
+#include "tests/wine/LiveBrokerTest.h"
+#include "tests/wine/WineTestSupport.h"
+
+using namespace SASM;
+
+namespace {
+
+struct ClientRun {
+  DWORD exitCode = 0xDEAD;
+  std::string out;
+  std::string err;
+};
+
+std::string ReadAll(const std::wstring& path) {
+  ScopedHandle file(
+      CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
+  std::string bytes(file ? GetFileSize(file.get(), nullptr) : 0, '\0');
+  DWORD read = 0;
+  if (!bytes.empty()) ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr);
+  bytes.resize(read);
+  return bytes;
+}
+
+// Standard output and error go to files rather than pipes: a server that COM
+// starts from the client could inherit a pipe and hold it open.
+ClientRun RunClient(const std::wstring& arguments) {
+  const std::wstring directory = WineTest::BinaryDirectory();
+  const std::wstring outPath = directory + L"\\client.out", errPath = directory + L"\\client.err";
+  ClientRun run;
+  {
+    SECURITY_ATTRIBUTES inherit{sizeof(inherit), nullptr, TRUE};
+    auto capture = [&](const std::wstring& path) {
+      return ScopedHandle(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherit,
+                                      CREATE_ALWAYS, 0, nullptr));
+    };
+    ScopedHandle out = capture(outPath), err = capture(errPath);
+    STARTUPINFOW startup{};
+    startup.cb = sizeof(startup);
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdOutput = out.get();
+    startup.hStdError = err.get();
+    std::wstring commandLine = L"\"" + directory + L"\\LumenBrokerClient.exe\" " + arguments;
+    PROCESS_INFORMATION process{};
+    if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &process))
+      return run;
+    ScopedHandle processHandle(process.hProcess), thread(process.hThread);
+    WaitForSingleObject(processHandle.get(), 30000);
+    GetExitCodeProcess(processHandle.get(), &run.exitCode);
+  }
+  run.out = ReadAll(outPath);
+  run.err = ReadAll(errPath);
+  DeleteFileW(outPath.c_str());
+  DeleteFileW(errPath.c_str());
+  return run;
+}
+
+class BrokerClientLive : public WineTest::LiveBrokerTest {
+ protected:
+  static std::wstring Data() { return WineTest::RoamingFolder() + L"\\Halcyonics\\Lumen Player\\Client"; }
+  WineTest::TempTree tree_;
+};
+
+}  // namespace
+
+TEST_F(BrokerClientLive, WritablePathAnswersByHresultAndExitCode) {
+  tree_.Directory(Data());
+  const struct {
+    std::wstring arguments;
+    DWORD exitCode;
+    const char* out;
+  } kCases[] = {
+      {L"BrokerIsWritablePath \"" + Data() + L"\\settings.sol\" 1", 0, "hresult=0x00000000\n"},
+      {L"brokeriswritablepath \"" + Data() + L"\\program.exe\" 1", 1, "hresult=0x80004005\n"},
+      {L"BrokerIsWritablePath \"" + Data() + L"\\program.exe\" 0", 0, "hresult=0x00000000\n"},
+      {L"BrokerIsWritablePath \"" + WineTest::SystemDirectory() + L"\\settings.sol\" 0x0", 1, "hresult=0x80004005\n"},
+  };
+  for (const auto& c : kCases) {
+    ClientRun run = RunClient(c.arguments);
+    EXPECT_EQ(run.exitCode, c.exitCode) << run.err;
+    EXPECT_EQ(run.out, c.out);
+    EXPECT_EQ(run.err, "");
+  }
+}
+
+TEST_F(BrokerClientLive, OutValuesComeOneNameAndValueALine) {
+  tree_.File(Data() + L"\\50%.sol", "12345");
+  ClientRun run = RunClient(L"BrokerFindFirstFile \"" + Data() + L"\\*.sol\"");
+  EXPECT_EQ(run.exitCode, 0u) << run.err;
+  // The leaf name's '%' is escaped so that any text comes back exactly.
+  EXPECT_EQ(run.out, "hresult=0x00000000\np_fileLeafName=50%25.sol\np_fileAttrs=32\np_findCookie=1\n");
+
+  // A VARIANT out is printed too, empty here, whatever the method answered.
+  run = RunClient(L"BrokerGetTextMetrics 0");
+  EXPECT_EQ(run.exitCode, 1u) << run.err;
+  EXPECT_EQ(run.out.rfind("hresult=0x8", 0), 0u) << run.out;
+  EXPECT_NE(run.out.find("\np_VarTextmetricArray="), std::string::npos) << run.out;
+}
+
+TEST_F(BrokerClientLive, ByteArraysGoInAndComeBackAsHex) {
+  // A connection held here keeps the directory and names the message's target.
+  ComPtr<ILumenBroker6> keeper;
+  ASSERT_EQ(Activate(keeper), S_OK);
+  ScopedBstr name(L"client");
+  ASSERT_EQ(keeper->BrokerLcdTryAddConnection(name.get(), 0, 0, '3'), S_OK);
+  // Two-byte-length form: 2, the name's length, the name "client", the payload "hi".
+  const std::string message = "020006636c69656e746869";
+  ClientRun sent = RunClient(L"BrokerLcdDispatchMessage " + std::wstring(message.begin(), message.end()) + L" 11 3 0");
+  EXPECT_EQ(sent.exitCode, 0u) << sent.err;
+  ClientRun got = RunClient(L"BrokerLcdGetMessageData");
+  EXPECT_EQ(got.exitCode, 0u) << got.err;
+  EXPECT_EQ(got.out, "hresult=0x00000000\np_msgData=" + message + "\n");
+  EXPECT_EQ(keeper->BrokerLcdRemoveConnection(name.get(), 0), S_OK);
+}
+
+TEST_F(BrokerClientLive, ListGivesEveryMethodWithItsParameters) {
+  ClientRun run = RunClient(L"-list");
+  EXPECT_EQ(run.exitCode, 0u) << run.err;
+  size_t lines = 0;
+  for (char c : run.out) lines += c == '\n';
+  EXPECT_EQ(lines, 102u);
+  EXPECT_NE(run.out.find("\nBrokerReadFile(p_fileCookie UI4, p_numToRead UI4, out p_numRead UI4, "
+                         "out p_data SAFEARRAY(UI1))\n"),
+            std::string::npos);
+  EXPECT_NE(run.out.find("\nBrokerCreateIconPathV2(p_fileName BSTR, out p_iconPath BSTR, [p_overwrite I4 = 0])\n"),
+            std::string::npos);
+}
+
+TEST_F(BrokerClientLive, BadInputGivesOneLineAndExitCode2) {
+  for (const wchar_t* arguments : {L"", L"-bogus", L"NoSuchMethod", L"BrokerIsWritablePath onlyone",
+                                   L"BrokerIsWritablePath a 1 2", L"BrokerIsWritablePath a twelve",
+                                   L"BrokerIsWritablePath a 0x100000000", L"BrokerLcdDispatchMessage 0g 1 1 1"}) {
+    ClientRun run = RunClient(arguments);
+    EXPECT_EQ(run.exitCode, 2u) << arguments;
+    EXPECT_EQ(run.out, "") << arguments;
+    EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+  }
+}
