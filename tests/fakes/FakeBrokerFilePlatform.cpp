@@ -142,7 +142,6 @@ uint32_t FakeBrokerFilePlatform::ReadFile(Handle file, uint8_t* buffer, uint32_t
   OpenFile* open = Find(file);
   if (!open || open->find) return kErrorInvalidHandle;
   if (open->directory || !(open->access & FileAccess::kGenericRead)) return kErrorAccessDenied;
-  if (readError_ != 0) return readError_;
   const std::string& content = files_[open->key];
   if (open->position < content.size()) {
     read = std::min<uint32_t>(length, static_cast<uint32_t>(content.size() - open->position));
@@ -323,8 +322,8 @@ int32_t FakeBrokerFilePlatform::FileOperation(uint32_t operation, const std::u16
   if (fileOperationResult_ != 0) return fileOperationResult_;
   std::u16string root = Key(std::u16string_view(from.c_str()));
   auto beneath = [&](const std::u16string& entry) {
-    return entry == root || (entry.size() > root.size() && entry.compare(0, root.size(), root) == 0 &&
-                             entry[root.size()] == u'\\');
+    return entry == root ||
+           (entry.size() > root.size() && entry.compare(0, root.size(), root) == 0 && entry[root.size()] == u'\\');
   };
   std::erase_if(files_, [&](const auto& file) { return beneath(file.first); });
   std::erase_if(directories_, beneath);

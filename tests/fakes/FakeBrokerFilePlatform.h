@@ -35,6 +35,7 @@ class FakeBrokerFilePlatform : public BrokerFilePlatform {
     uint32_t shareMode;
     uint32_t disposition;
     uint32_t flags;
+    bool operator==(const OpenCall&) const = default;
   };
 
   void AddFile(std::u16string_view path, std::string content = "");
@@ -46,7 +47,6 @@ class FakeBrokerFilePlatform : public BrokerFilePlatform {
   void FailOpen(std::u16string_view path, uint32_t error) { failingOpens_[Key(path)] = error; }
   void Unbind(Function function) { unbound_.insert(function); }
   void FailWrites(uint32_t error) { writeError_ = error; }
-  void FailReads(uint32_t error) { readError_ = error; }
   void FailCloses(bool fail) { failCloses_ = fail; }
   void FailArrayAccess(int32_t result) { arrayAccessResult_ = result; }
   // Arrays longer than this can't be made.
@@ -127,7 +127,6 @@ class FakeBrokerFilePlatform : public BrokerFilePlatform {
   std::map<std::u16string, uint32_t> failingOpens_;
   std::set<Function> unbound_;
   uint32_t writeError_ = 0;
-  uint32_t readError_ = 0;
   bool failCloses_ = false;
   int32_t arrayAccessResult_ = 0;
   uint32_t arrayLimit_ = 1u << 24;

@@ -32,7 +32,6 @@ class FakeEnterpriseProtectionPlatform : public EnterpriseProtectionPlatform {
   // The answer for a file; files without one are not protected.
   void SetAnswer(std::u16string path, Answer answer, std::u16string identity = u"", int32_t status = 3);
   void AnswerFromAnotherThread(bool async) { async_ = async; }
-  void SetProtectBound(bool bound) { protectBound_ = bound; }
   void SetProtectResult(int32_t result) { protectResult_ = result; }
   // What the user answers when the policy manager asks for consent.
   void SetConsent(bool allowed) { consent_ = allowed; }
@@ -65,7 +64,7 @@ class FakeEnterpriseProtectionPlatform : public EnterpriseProtectionPlatform {
   int32_t GetEnterpriseIds(Token token, uint32_t& bytes, void* block, uint32_t& count) override;
   bool FileExists(const char16_t* path) override { return path && files_.count(path) != 0; }
   void BeginProtectionQuery(const char16_t* path, BrokerFileProtectionInfo& info) override;
-  bool CanProtectToIdentity() override { return protectBound_; }
+  bool CanProtectToIdentity() override { return true; }
   int32_t ProtectToIdentity(const char16_t* path, const char16_t* identity) override;
   bool RequestAccessWithAudit(const char16_t* sourceIdentity, const char16_t* targetIdentity, uint64_t window,
                               const char16_t* leafName, const char16_t* remoteUrl) override;
@@ -89,7 +88,6 @@ class FakeEnterpriseProtectionPlatform : public EnterpriseProtectionPlatform {
   std::set<std::u16string> files_;
   std::map<std::u16string, FileAnswer> answers_;
   bool async_ = false;
-  bool protectBound_ = true;
   int32_t protectResult_ = 0;
   bool consent_ = true;
 

@@ -87,14 +87,22 @@ bool FakeFileSystem::IsOpen(const std::u16string& key) const {
   return std::any_of(handles_.begin(), handles_.end(), [&](const auto& handle) { return handle.second.key == key; });
 }
 
-int32_t FakeFileSystem::Open(std::u16string_view path, int32_t mode, FileHandleId& handle) {
+int32_t FakeFileSystem::Lookup(std::u16string_view path, Entry*& entry) {
   std::u16string key = Key(path);
   if (int32_t failure = Failure(key)) return failure;
   auto found = entries_.find(key);
   if (found == entries_.end()) return MissingError(key);
-  if (found->second.attributes & FileAttribute::kDirectory) return FileError::kAccessDenied;
+  entry = &found->second;
+  return kSuccess;
+}
+
+int32_t FakeFileSystem::Open(std::u16string_view path, int32_t mode, FileHandleId& handle) {
+  Entry* entry = nullptr;
+  if (int32_t error = Lookup(path, entry)) return error;
+  if (entry->attributes & FileAttribute::kDirectory) return FileError::kAccessDenied;
   bool writes = mode != static_cast<int32_t>(FileOpenMode::Read);
-  if (writes && (found->second.attributes & FileAttribute::kReadOnly)) return FileError::kAccessDenied;
+  if (writes && (entry->attributes & FileAttribute::kReadOnly)) return FileError::kAccessDenied;
+  std::u16string key = Key(path);
   // Every handle shares reading only: a writer excludes all others, and any handle excludes a writer.
   if (OpenForWriting(key) || (writes && IsOpen(key))) return FileError::kSharingViolation;
   handle = nextHandle_++;
@@ -112,43 +120,33 @@ int32_t FakeFileSystem::GetSize(FileHandleId handle, uint64_t& size) {
 }
 
 int32_t FakeFileSystem::ReadAll(std::u16string_view path, std::string& bytes) {
-  std::u16string key = Key(path);
-  if (int32_t failure = Failure(key)) return failure;
-  auto found = entries_.find(key);
-  if (found == entries_.end()) return MissingError(key);
-  if (found->second.attributes & FileAttribute::kDirectory) return FileError::kAccessDenied;
-  bytes = found->second.content;
+  Entry* entry = nullptr;
+  if (int32_t error = Lookup(path, entry)) return error;
+  if (entry->attributes & FileAttribute::kDirectory) return FileError::kAccessDenied;
+  bytes = entry->content;
   return kSuccess;
 }
 
 int32_t FakeFileSystem::Delete(std::u16string_view path) {
-  std::u16string key = Key(path);
-  if (int32_t failure = Failure(key)) return failure;
-  auto found = entries_.find(key);
-  if (found == entries_.end()) return MissingError(key);
-  if (found->second.attributes & (FileAttribute::kDirectory | FileAttribute::kReadOnly))
-    return FileError::kAccessDenied;
-  if (IsOpen(key)) return FileError::kSharingViolation;
-  entries_.erase(found);
+  Entry* entry = nullptr;
+  if (int32_t error = Lookup(path, entry)) return error;
+  if (entry->attributes & (FileAttribute::kDirectory | FileAttribute::kReadOnly)) return FileError::kAccessDenied;
+  if (IsOpen(Key(path))) return FileError::kSharingViolation;
+  entries_.erase(Key(path));
   return kSuccess;
 }
 
 int32_t FakeFileSystem::GetAttributes(std::u16string_view path, uint32_t& attributes) {
-  std::u16string key = Key(path);
-  if (int32_t failure = Failure(key)) return failure;
-  auto found = entries_.find(key);
-  if (found == entries_.end()) return MissingError(key);
-  attributes = found->second.attributes;
+  Entry* entry = nullptr;
+  if (int32_t error = Lookup(path, entry)) return error;
+  attributes = entry->attributes;
   return kSuccess;
 }
 
 int32_t FakeFileSystem::SetAttributes(std::u16string_view path, uint32_t attributes) {
-  std::u16string key = Key(path);
-  if (int32_t failure = Failure(key)) return failure;
-  auto found = entries_.find(key);
-  if (found == entries_.end()) return MissingError(key);
-  uint32_t directory = found->second.attributes & FileAttribute::kDirectory;
-  found->second.attributes = (attributes & ~FileAttribute::kDirectory) | directory;
+  Entry* entry = nullptr;
+  if (int32_t error = Lookup(path, entry)) return error;
+  entry->attributes = (attributes & ~FileAttribute::kDirectory) | (entry->attributes & FileAttribute::kDirectory);
   return kSuccess;
 }
 
@@ -158,11 +156,9 @@ void FakeFileSystem::SetLastWriteTime(std::u16string_view path, uint64_t fileTim
 }
 
 int32_t FakeFileSystem::GetLastWriteTime(std::u16string_view path, uint64_t& fileTime) {
-  std::u16string key = Key(path);
-  if (int32_t failure = Failure(key)) return failure;
-  auto found = entries_.find(key);
-  if (found == entries_.end()) return MissingError(key);
-  fileTime = found->second.lastWrite;
+  Entry* entry = nullptr;
+  if (int32_t error = Lookup(path, entry)) return error;
+  fileTime = entry->lastWrite;
   return kSuccess;
 }
 
@@ -195,13 +191,11 @@ int32_t FakeFileSystem::CreateDirectory(std::u16string_view path) {
 }
 
 int32_t FakeFileSystem::RemoveDirectory(std::u16string_view path) {
-  std::u16string key = Key(path);
-  if (int32_t failure = Failure(key)) return failure;
-  auto found = entries_.find(key);
-  if (found == entries_.end()) return MissingError(key);
-  if (!(found->second.attributes & FileAttribute::kDirectory)) return 267;  // the name is not a directory
-  if (HasChildren(key)) return FileError::kDirectoryNotEmpty;
-  entries_.erase(found);
+  Entry* entry = nullptr;
+  if (int32_t error = Lookup(path, entry)) return error;
+  if (!(entry->attributes & FileAttribute::kDirectory)) return 267;  // the name is not a directory
+  if (HasChildren(Key(path))) return FileError::kDirectoryNotEmpty;
+  entries_.erase(Key(path));
   return kSuccess;
 }
 

@@ -69,6 +69,8 @@ class FakeFileSystem : public IFileSystem {
   static std::u16string Key(std::u16string_view path);
   static std::u16string Parent(const std::u16string& key);
   int32_t Failure(const std::u16string& key) const;
+  // The entry a path names, or the error an operation on it answers.
+  int32_t Lookup(std::u16string_view path, Entry*& entry);
   // 2 for a missing file in an existing directory, 3 when the directory is missing too.
   int32_t MissingError(const std::u16string& key) const;
   bool HasChildren(const std::u16string& key) const;

@@ -25,8 +25,6 @@ class FakePathPlatform : public PathPlatform {
   void SetFolder(int32_t csidl, std::u16string path) { folders_[csidl] = std::move(path); }
   void SetUserString(std::u16string keyPath, std::u16string valueName, std::u16string value);
   void SetTempPath(std::u16string path) { tempPath_ = std::move(path); }
-  // Relative and rooted paths are completed from here.
-  void SetCurrentDirectory(std::u16string path) { currentDirectory_ = std::move(path); }
   // Answers GetFullPathName for exactly this input instead of canonicalising it.
   void SetFullPath(std::u16string input, std::u16string full) { fullPaths_[std::move(input)] = std::move(full); }
   void SetUpperCaseBound(bool bound) { upperCaseBound_ = bound; }
@@ -82,7 +80,8 @@ class FakePathPlatform : public PathPlatform {
   std::map<int32_t, std::u16string> folders_;
   std::map<std::u16string, std::u16string> userStrings_;
   std::u16string tempPath_;
-  std::u16string currentDirectory_ = u"C:\\Work";
+  // Relative and rooted paths are completed from here.
+  const std::u16string currentDirectory_ = u"C:\\Work";
   std::map<std::u16string, std::u16string> fullPaths_;
   bool upperCaseBound_ = true;
   std::map<std::u16string, uint32_t> attributes_;

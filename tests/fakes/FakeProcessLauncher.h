@@ -27,7 +27,6 @@ class FakeProcessLauncher : public IProcessLauncher {
 
   void SetExitCode(std::u16string commandLine, uint32_t exitCode) { exitCodes_[std::move(commandLine)] = exitCode; }
   void FailStart(std::u16string commandLine, int32_t error) { startFailures_[std::move(commandLine)] = error; }
-  void FailShellExecute() { shellFails_ = true; }
 
   const std::vector<Run>& Runs() const { return runs_; }
   // Just the command lines, for the common expectation.
@@ -41,7 +40,6 @@ class FakeProcessLauncher : public IProcessLauncher {
  private:
   std::map<std::u16string, uint32_t> exitCodes_;
   std::map<std::u16string, int32_t> startFailures_;
-  bool shellFails_ = false;
   std::vector<Run> runs_;
   std::vector<ShellRun> shellRuns_;
 };

@@ -26,11 +26,6 @@ void FakeServiceManager::FailControl(std::u16string_view name, int32_t error) {
   services_[std::u16string(name)].controlFailure = error;
 }
 
-int FakeServiceManager::Queries(std::u16string_view name) const {
-  auto found = services_.find(std::u16string(name));
-  return found == services_.end() ? 0 : found->second.queries;
-}
-
 int32_t FakeServiceManager::OpenManager(uint32_t, ServiceHandleId& manager) {
   if (managerFailure_.error != 0 && managerOpens_++ >= managerFailure_.successes) return managerFailure_.error;
   manager = next_++;

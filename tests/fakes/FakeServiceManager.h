@@ -26,7 +26,6 @@ class FakeServiceManager : public IServiceManager {
 
   // Stop controls sent, by service name.
   const std::vector<std::u16string>& Stops() const { return stops_; }
-  int Queries(std::u16string_view name) const;
   size_t OpenHandles() const { return open_.size(); }
 
   int32_t OpenManager(uint32_t access, ServiceHandleId& manager) override;

@@ -54,19 +54,14 @@ bool FakeSystem::LoadResourceString(void*, uint32_t id, std::u16string& text) {
 
 intptr_t FakeSystem::ShellExecute(void*, std::u16string_view verb, std::u16string_view file,
                                   std::u16string_view parameters) {
+  size_t call = executions_.size();
   executions_.push_back({std::u16string(verb), std::u16string(file), std::u16string(parameters)});
-  return shellExecuteResult_;
+  return call < shellExecuteResults_.size() ? shellExecuteResults_[call] : 42;
 }
 
 int32_t FakeSystem::StartProcess(std::u16string_view commandLine) {
   started_.emplace_back(commandLine);
-  return startProcessResult_;
-}
-
-bool FakeSystem::EnumerateProcesses(std::vector<uint32_t>& ids) {
-  if (processListFails_) return false;
-  ids = processes_;
-  return true;
+  return 0;
 }
 
 std::u16string FakeSystem::FromSystemCodePage(std::string_view text) {
