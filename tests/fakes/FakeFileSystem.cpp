@@ -35,56 +35,12 @@ void FakeFileSystem::AddDirectory(std::u16string_view path) {
   entries_[key] = Entry{trimmed, FileAttribute::kDirectory, {}};
 }
 
-void FakeFileSystem::AddFile(std::u16string_view path, std::string content, uint32_t attributes) {
-  std::u16string key = Key(path);
-  std::u16string parent = Parent(key);
-  if (!parent.empty()) AddDirectory(path.substr(0, parent.size()));
-  entries_[key] = Entry{std::u16string(path), attributes & ~FileAttribute::kDirectory, std::move(content)};
-}
-
-void FakeFileSystem::FailPath(std::u16string_view path, int32_t error) { failures_[Key(path)] = error; }
-
-void FakeFileSystem::AddLongName(std::u16string_view shortPath, std::u16string longPath) {
-  longNames_[Key(shortPath)] = std::move(longPath);
-}
-
-bool FakeFileSystem::Exists(std::u16string_view path) const { return entries_.count(Key(path)) != 0; }
-
-bool FakeFileSystem::IsDirectory(std::u16string_view path) const {
-  auto found = entries_.find(Key(path));
-  return found != entries_.end() && (found->second.attributes & FileAttribute::kDirectory);
-}
-
-std::string FakeFileSystem::Content(std::u16string_view path) const {
-  auto found = entries_.find(Key(path));
-  return found == entries_.end() ? std::string() : found->second.content;
-}
-
-int32_t FakeFileSystem::Failure(const std::u16string& key) const {
-  auto found = failures_.find(key);
-  return found == failures_.end() ? kSuccess : found->second;
-}
-
 int32_t FakeFileSystem::MissingError(const std::u16string& key) const {
   std::u16string parent = Parent(key);
   auto found = entries_.find(parent);
   bool parentIsDirectory = parent.empty() || parent.size() == 2 ||
                            (found != entries_.end() && (found->second.attributes & FileAttribute::kDirectory));
   return parentIsDirectory ? FileError::kFileNotFound : FileError::kPathNotFound;
-}
-
-bool FakeFileSystem::HasChildren(const std::u16string& key) const {
-  auto it = entries_.upper_bound(key + u"\\");
-  return it != entries_.end() && it->first.starts_with(key + u"\\");
-}
-
-bool FakeFileSystem::OpenForWriting(const std::u16string& key) const {
-  return std::any_of(handles_.begin(), handles_.end(),
-                     [&](const auto& handle) { return handle.second.key == key && handle.second.writes; });
-}
-
-bool FakeFileSystem::IsOpen(const std::u16string& key) const {
-  return std::any_of(handles_.begin(), handles_.end(), [&](const auto& handle) { return handle.second.key == key; });
 }
 
 int32_t FakeFileSystem::Lookup(std::u16string_view path, Entry*& entry) {
@@ -110,15 +66,6 @@ int32_t FakeFileSystem::Open(std::u16string_view path, int32_t mode, FileHandleI
   return kSuccess;
 }
 
-void FakeFileSystem::Close(FileHandleId handle) { handles_.erase(handle); }
-
-int32_t FakeFileSystem::GetSize(FileHandleId handle, uint64_t& size) {
-  auto found = handles_.find(handle);
-  if (found == handles_.end()) return 6;  // invalid handle
-  size = entries_[found->second.key].content.size();
-  return kSuccess;
-}
-
 int32_t FakeFileSystem::ReadAll(std::u16string_view path, std::string& bytes) {
   Entry* entry = nullptr;
   if (int32_t error = Lookup(path, entry)) return error;
@@ -133,32 +80,6 @@ int32_t FakeFileSystem::Delete(std::u16string_view path) {
   if (entry->attributes & (FileAttribute::kDirectory | FileAttribute::kReadOnly)) return FileError::kAccessDenied;
   if (IsOpen(Key(path))) return FileError::kSharingViolation;
   entries_.erase(Key(path));
-  return kSuccess;
-}
-
-int32_t FakeFileSystem::GetAttributes(std::u16string_view path, uint32_t& attributes) {
-  Entry* entry = nullptr;
-  if (int32_t error = Lookup(path, entry)) return error;
-  attributes = entry->attributes;
-  return kSuccess;
-}
-
-int32_t FakeFileSystem::SetAttributes(std::u16string_view path, uint32_t attributes) {
-  Entry* entry = nullptr;
-  if (int32_t error = Lookup(path, entry)) return error;
-  entry->attributes = (attributes & ~FileAttribute::kDirectory) | (entry->attributes & FileAttribute::kDirectory);
-  return kSuccess;
-}
-
-void FakeFileSystem::SetLastWriteTime(std::u16string_view path, uint64_t fileTime) {
-  auto found = entries_.find(Key(path));
-  if (found != entries_.end()) found->second.lastWrite = fileTime;
-}
-
-int32_t FakeFileSystem::GetLastWriteTime(std::u16string_view path, uint64_t& fileTime) {
-  Entry* entry = nullptr;
-  if (int32_t error = Lookup(path, entry)) return error;
-  fileTime = entry->lastWrite;
   return kSuccess;
 }
 
@@ -199,13 +120,6 @@ int32_t FakeFileSystem::RemoveDirectory(std::u16string_view path) {
   return kSuccess;
 }
 
-int32_t FakeFileSystem::DeleteAtReboot(std::u16string_view path) {
-  std::u16string key = Key(path);
-  if (int32_t failure = Failure(key)) return failure;
-  rebootDeletes_.emplace_back(path);
-  return kSuccess;
-}
-
 int32_t FakeFileSystem::GetFullPath(std::u16string_view path, std::u16string& full) {
   // Relative names complete from the root of C:; no other canonical form is made.
   full = std::u16string(path);
@@ -224,11 +138,6 @@ int32_t FakeFileSystem::GetLongPath(std::u16string_view path, std::u16string& lo
   }
   if (!entries_.count(key)) return MissingError(key);
   longPath = std::u16string(path);
-  return kSuccess;
-}
-
-int32_t FakeFileSystem::GetTempPath(std::u16string& path) {
-  path = tempPath_;
   return kSuccess;
 }
 

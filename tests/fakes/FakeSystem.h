@@ -45,24 +45,46 @@ class FakeSystem : public ISystem {
   const std::vector<uint32_t>& Sleeps() const { return sleeps_; }
 
   bool GetFolderPath(int32_t csidl, std::u16string& path) override;
-  bool GetSystemDirectory(std::u16string& path) override;
-  bool GetSystemWow64Directory(std::u16string& path) override;
+  bool GetSystemDirectory(std::u16string& path) override { return Give(systemDirectory_, path); }
+  bool GetSystemWow64Directory(std::u16string& path) override { return Give(wow64Directory_, path); }
   bool IsWow64Process() override { return wow64Process_; }
   uint32_t WindowsMajorVersion() override { return majorVersion_; }
-  uint32_t TickCount() override;
-  void Sleep(uint32_t milliseconds) override;
-  bool CurrentFileTime(uint64_t& fileTime) override;
-  bool DrawRandom(uint32_t& value) override;
+  uint32_t TickCount() override {
+    ticks_ += tickStep_;
+    return ticks_ - tickStep_;
+  }
+  void Sleep(uint32_t milliseconds) override {
+    sleeps_.push_back(milliseconds);
+    ticks_ += milliseconds;
+  }
+  bool CurrentFileTime(uint64_t& fileTime) override {
+    if (fileTime_ != 0) fileTime = fileTime_;
+    return fileTime_ != 0;
+  }
+  bool DrawRandom(uint32_t& value) override {
+    if (nextDraw_ >= draws_.size()) return false;
+    value = draws_[nextDraw_++];
+    return true;
+  }
   bool LoadResourceString(void* module, uint32_t id, std::u16string& text) override;
   intptr_t ShellExecute(void* window, std::u16string_view verb, std::u16string_view file,
                         std::u16string_view parameters) override;
-  int32_t StartProcess(std::u16string_view commandLine) override;
+  int32_t StartProcess(std::u16string_view commandLine) override {
+    started_.emplace_back(commandLine);
+    return 0;
+  }
   // Process lists come through the processes seam in these tests.
   bool EnumerateProcesses(std::vector<uint32_t>&) override { return false; }
   // The fake's system code page is Latin-1.
   std::u16string FromSystemCodePage(std::string_view text) override;
 
  private:
+  // A directory that isn't set fails, as the platform's call does.
+  static bool Give(const std::u16string& directory, std::u16string& path) {
+    if (!directory.empty()) path = directory;
+    return !directory.empty();
+  }
+
   std::map<int32_t, std::u16string> folders_;
   std::u16string systemDirectory_ = u"C:\\Windows\\system32";
   std::u16string wow64Directory_;
