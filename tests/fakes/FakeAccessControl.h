@@ -16,8 +16,12 @@ class FakeAccessControl : public IAccessControl {
   const std::vector<std::string>& Log() const { return log_; }
   void FailPath(std::u16string_view path, int32_t status) { failures_[std::u16string(path)] = status; }
 
-  int32_t EnsureAccess(std::u16string_view path, int32_t objectType, int32_t account, uint32_t mask) override;
-  int32_t RemoveAccess(std::u16string_view path, int32_t objectType, int32_t account, uint32_t mask) override;
+  int32_t EnsureAccess(std::u16string_view path, int32_t objectType, int32_t account, uint32_t mask) override {
+    return Record("Ensure", path, objectType, account, mask);
+  }
+  int32_t RemoveAccess(std::u16string_view path, int32_t objectType, int32_t account, uint32_t mask) override {
+    return Record("Remove", path, objectType, account, mask);
+  }
 
  private:
   int32_t Record(const char* operation, std::u16string_view path, int32_t objectType, int32_t account, uint32_t mask);

@@ -29,12 +29,6 @@ std::u16string FakeBrokerFilePlatform::Parent(const std::u16string& key) {
   return slash == 2 ? key.substr(0, 3) : key.substr(0, slash);
 }
 
-void FakeBrokerFilePlatform::AddFile(std::u16string_view path, std::string content) {
-  std::u16string key = Key(path);
-  AddDirectory(Parent(key));
-  files_[key] = std::move(content);
-}
-
 void FakeBrokerFilePlatform::AddDirectory(std::u16string_view path) {
   std::u16string key = Key(path);
   while (!key.empty() && directories_.insert(key).second) {
@@ -44,36 +38,9 @@ void FakeBrokerFilePlatform::AddDirectory(std::u16string_view path) {
   }
 }
 
-bool FakeBrokerFilePlatform::Exists(std::u16string_view path) const {
-  std::u16string key = Key(path);
-  return files_.count(key) != 0 || directories_.count(key) != 0;
-}
-
-std::string FakeBrokerFilePlatform::Content(std::u16string_view path) const {
-  auto found = files_.find(Key(path));
-  return found == files_.end() ? std::string() : found->second;
-}
-
-uint32_t FakeBrokerFilePlatform::Position(Handle handle) const {
-  auto found = handles_.find(handle);
-  return found == handles_.end() ? 0 : found->second.position;
-}
-
-FakeBrokerFilePlatform::Handle FakeBrokerFilePlatform::NewHandle(OpenFile file) {
-  Handle handle = nextHandle_;
-  nextHandle_ += 4;
-  handles_[handle] = std::move(file);
-  return handle;
-}
-
 FakeBrokerFilePlatform::OpenFile* FakeBrokerFilePlatform::Find(Handle handle) {
   auto found = handles_.find(handle);
   return found == handles_.end() ? nullptr : &found->second;
-}
-
-bool FakeBrokerFilePlatform::HasOpenHandle(const std::u16string& key) const {
-  return std::any_of(handles_.begin(), handles_.end(),
-                     [&](const auto& entry) { return !entry.second.find && entry.second.key == key; });
 }
 
 bool FakeBrokerFilePlatform::SharingConflict(const std::u16string& key, uint32_t access, uint32_t shareMode) const {
@@ -142,7 +109,6 @@ uint32_t FakeBrokerFilePlatform::ReadFile(Handle file, uint8_t* buffer, uint32_t
   OpenFile* open = Find(file);
   if (!open || open->find) return kErrorInvalidHandle;
   if (open->directory || !(open->access & FileAccess::kGenericRead)) return kErrorAccessDenied;
-  if (readError_ != 0) return readError_;
   const std::string& content = files_[open->key];
   if (open->position < content.size()) {
     read = std::min<uint32_t>(length, static_cast<uint32_t>(content.size() - open->position));
@@ -184,11 +150,6 @@ uint32_t FakeBrokerFilePlatform::SetFilePointer(Handle file, int32_t distance, u
   }
   open->position = static_cast<uint32_t>(position);
   return open->position;
-}
-
-bool FakeBrokerFilePlatform::CloseHandle(Handle handle) {
-  if (failCloses_) return false;
-  return handles_.erase(handle) != 0;
 }
 
 uint32_t FakeBrokerFilePlatform::DeleteFile(const char16_t* path) {
@@ -298,17 +259,6 @@ uint32_t FakeBrokerFilePlatform::FindNextFile(Handle find, FileFindData& data) {
   return 0;
 }
 
-uint32_t FakeBrokerFilePlatform::FindClose(Handle find) {
-  OpenFile* open = Find(find);
-  if (!open || !open->find) return kErrorInvalidHandle;
-  handles_.erase(find);
-  return 0;
-}
-
-bool FakeBrokerFilePlatform::PathIsDirectory(const char16_t* path) {
-  return path && directories_.count(Key(path)) != 0;
-}
-
 void FakeBrokerFilePlatform::RemoveFileSpec(std::u16string& path) {
   size_t slash = path.rfind(u'\\');
   if (slash == std::u16string::npos) {
@@ -323,8 +273,8 @@ int32_t FakeBrokerFilePlatform::FileOperation(uint32_t operation, const std::u16
   if (fileOperationResult_ != 0) return fileOperationResult_;
   std::u16string root = Key(std::u16string_view(from.c_str()));
   auto beneath = [&](const std::u16string& entry) {
-    return entry == root || (entry.size() > root.size() && entry.compare(0, root.size(), root) == 0 &&
-                             entry[root.size()] == u'\\');
+    return entry == root ||
+           (entry.size() > root.size() && entry.compare(0, root.size(), root) == 0 && entry[root.size()] == u'\\');
   };
   std::erase_if(files_, [&](const auto& file) { return beneath(file.first); });
   std::erase_if(directories_, beneath);
@@ -340,26 +290,6 @@ FakeBrokerFilePlatform::ByteArray FakeBrokerFilePlatform::MakeArray(std::string_
   return arrays_.back().get();
 }
 
-std::string FakeBrokerFilePlatform::ArrayBytes(ByteArray array) const {
-  const auto* fake = static_cast<const FakeArray*>(array);
-  return fake ? std::string(fake->bytes.begin(), fake->bytes.end()) : std::string();
-}
-
-size_t FakeBrokerFilePlatform::LiveArrays() const {
-  return std::count_if(arrays_.begin(), arrays_.end(), [](const auto& array) { return !array->destroyed; });
-}
-
-FakeBrokerFilePlatform::ByteArray FakeBrokerFilePlatform::CreateByteArray(uint32_t count) {
-  if (count > arrayLimit_) return nullptr;
-  return MakeArray(std::string(count, '\0'));
-}
-
-bool FakeBrokerFilePlatform::DescribeByteArray(ByteArray array, ByteArrayShape& shape) {
-  if (!array) return false;
-  shape = static_cast<FakeArray*>(array)->shape;
-  return true;
-}
-
 int32_t FakeBrokerFilePlatform::AccessByteArray(ByteArray array, uint8_t*& data) {
   if (arrayAccessResult_ < 0) return arrayAccessResult_;
   auto* fake = static_cast<FakeArray*>(array);
@@ -367,9 +297,5 @@ int32_t FakeBrokerFilePlatform::AccessByteArray(ByteArray array, uint8_t*& data)
   data = fake->bytes.data();
   return 0;
 }
-
-void FakeBrokerFilePlatform::UnaccessByteArray(ByteArray array) { --static_cast<FakeArray*>(array)->locks; }
-
-void FakeBrokerFilePlatform::DestroyByteArray(ByteArray array) { static_cast<FakeArray*>(array)->destroyed = true; }
 
 }  // namespace SASM

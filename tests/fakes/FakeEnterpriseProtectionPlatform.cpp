@@ -14,23 +14,6 @@ constexpr int32_t kInvalidArgument = static_cast<int32_t>(0x80070057);
 
 }  // namespace
 
-void FakeEnterpriseProtectionPlatform::SetAnswer(std::u16string path, Answer answer, std::u16string identity,
-                                                 int32_t status) {
-  answers_[std::move(path)] = {answer, std::move(identity), status};
-}
-
-int32_t FakeEnterpriseProtectionPlatform::ImpersonateClient() {
-  ++impersonations_;
-  if (impersonationResult_ < 0) return impersonationResult_;
-  impersonating_ = true;
-  return 0;
-}
-
-void FakeEnterpriseProtectionPlatform::RevertToSelf() {
-  ++reverts_;
-  impersonating_ = false;
-}
-
 bool FakeEnterpriseProtectionPlatform::OpenThreadToken(uint32_t access, Token& token) {
   // A thread that isn't impersonating has no token of its own.
   if (!impersonating_ || access != kTokenQuery) return false;
@@ -39,17 +22,7 @@ bool FakeEnterpriseProtectionPlatform::OpenThreadToken(uint32_t access, Token& t
   return true;
 }
 
-bool FakeEnterpriseProtectionPlatform::OpenProcessToken(uint32_t access, Token& token) {
-  if (access != kTokenQuery) return false;
-  ++openTokens_;
-  token = &processToken_;
-  return true;
-}
-
-void FakeEnterpriseProtectionPlatform::CloseToken(Token token) { --openTokens_; }
-
-int32_t FakeEnterpriseProtectionPlatform::GetEnterpriseIds(Token token, uint32_t& bytes, void* block,
-                                                           uint32_t& count) {
+int32_t FakeEnterpriseProtectionPlatform::GetEnterpriseIds(Token token, uint32_t& bytes, void* block, uint32_t& count) {
   const std::vector<std::u16string>& identities = token == &clientToken_ ? client_ : process_;
   offeredBytes_.push_back(block ? bytes : 0);
   size_t needed = identities.size() * sizeof(const char16_t*);
@@ -105,19 +78,6 @@ void FakeEnterpriseProtectionPlatform::Deliver(const FileAnswer& answer, BrokerF
       info.OnQueryFailed();
       break;
   }
-}
-
-int32_t FakeEnterpriseProtectionPlatform::ProtectToIdentity(const char16_t* path, const char16_t* identity) {
-  protected_.emplace_back(path ? path : u"", identity ? identity : u"");
-  return protectResult_;
-}
-
-bool FakeEnterpriseProtectionPlatform::RequestAccessWithAudit(const char16_t* sourceIdentity,
-                                                              const char16_t* targetIdentity, uint64_t window,
-                                                              const char16_t* leafName, const char16_t* remoteUrl) {
-  auto text = [](const char16_t* value) { return std::u16string(value ? value : u""); };
-  consentRequests_.push_back({text(sourceIdentity), text(targetIdentity), window, text(leafName), text(remoteUrl)});
-  return consent_;
 }
 
 }  // namespace SASM

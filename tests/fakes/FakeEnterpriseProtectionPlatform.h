@@ -30,9 +30,10 @@ class FakeEnterpriseProtectionPlatform : public EnterpriseProtectionPlatform {
   // Files exist when listed here.
   void AddFile(std::u16string path) { files_.insert(std::move(path)); }
   // The answer for a file; files without one are not protected.
-  void SetAnswer(std::u16string path, Answer answer, std::u16string identity = u"", int32_t status = 3);
+  void SetAnswer(std::u16string path, Answer answer, std::u16string identity = u"", int32_t status = 3) {
+    answers_[std::move(path)] = {answer, std::move(identity), status};
+  }
   void AnswerFromAnotherThread(bool async) { async_ = async; }
-  void SetProtectBound(bool bound) { protectBound_ = bound; }
   void SetProtectResult(int32_t result) { protectResult_ = result; }
   // What the user answers when the policy manager asks for consent.
   void SetConsent(bool allowed) { consent_ = allowed; }
@@ -57,18 +58,38 @@ class FakeEnterpriseProtectionPlatform : public EnterpriseProtectionPlatform {
   const std::vector<ConsentRequest>& ConsentRequests() const { return consentRequests_; }
 
   bool CanGetEnterpriseIds() override { return identitiesBound_; }
-  int32_t ImpersonateClient() override;
-  void RevertToSelf() override;
+  int32_t ImpersonateClient() override {
+    ++impersonations_;
+    if (impersonationResult_ < 0) return impersonationResult_;
+    impersonating_ = true;
+    return 0;
+  }
+  void RevertToSelf() override {
+    ++reverts_;
+    impersonating_ = false;
+  }
   bool OpenThreadToken(uint32_t access, Token& token) override;
-  bool OpenProcessToken(uint32_t access, Token& token) override;
-  void CloseToken(Token token) override;
+  bool OpenProcessToken(uint32_t access, Token& token) override {
+    if (access != kTokenQuery) return false;
+    ++openTokens_;
+    token = &processToken_;
+    return true;
+  }
+  void CloseToken(Token token) override { --openTokens_; }
   int32_t GetEnterpriseIds(Token token, uint32_t& bytes, void* block, uint32_t& count) override;
   bool FileExists(const char16_t* path) override { return path && files_.count(path) != 0; }
   void BeginProtectionQuery(const char16_t* path, BrokerFileProtectionInfo& info) override;
-  bool CanProtectToIdentity() override { return protectBound_; }
-  int32_t ProtectToIdentity(const char16_t* path, const char16_t* identity) override;
+  bool CanProtectToIdentity() override { return true; }
+  int32_t ProtectToIdentity(const char16_t* path, const char16_t* identity) override {
+    protected_.emplace_back(path ? path : u"", identity ? identity : u"");
+    return protectResult_;
+  }
   bool RequestAccessWithAudit(const char16_t* sourceIdentity, const char16_t* targetIdentity, uint64_t window,
-                              const char16_t* leafName, const char16_t* remoteUrl) override;
+                              const char16_t* leafName, const char16_t* remoteUrl) override {
+    auto text = [](const char16_t* value) { return std::u16string(value ? value : u""); };
+    consentRequests_.push_back({text(sourceIdentity), text(targetIdentity), window, text(leafName), text(remoteUrl)});
+    return consent_;
+  }
 
  private:
   struct FileAnswer {
@@ -89,7 +110,6 @@ class FakeEnterpriseProtectionPlatform : public EnterpriseProtectionPlatform {
   std::set<std::u16string> files_;
   std::map<std::u16string, FileAnswer> answers_;
   bool async_ = false;
-  bool protectBound_ = true;
   int32_t protectResult_ = 0;
   bool consent_ = true;
 

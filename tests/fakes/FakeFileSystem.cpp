@@ -35,36 +35,6 @@ void FakeFileSystem::AddDirectory(std::u16string_view path) {
   entries_[key] = Entry{trimmed, FileAttribute::kDirectory, {}};
 }
 
-void FakeFileSystem::AddFile(std::u16string_view path, std::string content, uint32_t attributes) {
-  std::u16string key = Key(path);
-  std::u16string parent = Parent(key);
-  if (!parent.empty()) AddDirectory(path.substr(0, parent.size()));
-  entries_[key] = Entry{std::u16string(path), attributes & ~FileAttribute::kDirectory, std::move(content)};
-}
-
-void FakeFileSystem::FailPath(std::u16string_view path, int32_t error) { failures_[Key(path)] = error; }
-
-void FakeFileSystem::AddLongName(std::u16string_view shortPath, std::u16string longPath) {
-  longNames_[Key(shortPath)] = std::move(longPath);
-}
-
-bool FakeFileSystem::Exists(std::u16string_view path) const { return entries_.count(Key(path)) != 0; }
-
-bool FakeFileSystem::IsDirectory(std::u16string_view path) const {
-  auto found = entries_.find(Key(path));
-  return found != entries_.end() && (found->second.attributes & FileAttribute::kDirectory);
-}
-
-std::string FakeFileSystem::Content(std::u16string_view path) const {
-  auto found = entries_.find(Key(path));
-  return found == entries_.end() ? std::string() : found->second.content;
-}
-
-int32_t FakeFileSystem::Failure(const std::u16string& key) const {
-  auto found = failures_.find(key);
-  return found == failures_.end() ? kSuccess : found->second;
-}
-
 int32_t FakeFileSystem::MissingError(const std::u16string& key) const {
   std::u16string parent = Parent(key);
   auto found = entries_.find(parent);
@@ -73,28 +43,22 @@ int32_t FakeFileSystem::MissingError(const std::u16string& key) const {
   return parentIsDirectory ? FileError::kFileNotFound : FileError::kPathNotFound;
 }
 
-bool FakeFileSystem::HasChildren(const std::u16string& key) const {
-  auto it = entries_.upper_bound(key + u"\\");
-  return it != entries_.end() && it->first.starts_with(key + u"\\");
-}
-
-bool FakeFileSystem::OpenForWriting(const std::u16string& key) const {
-  return std::any_of(handles_.begin(), handles_.end(),
-                     [&](const auto& handle) { return handle.second.key == key && handle.second.writes; });
-}
-
-bool FakeFileSystem::IsOpen(const std::u16string& key) const {
-  return std::any_of(handles_.begin(), handles_.end(), [&](const auto& handle) { return handle.second.key == key; });
-}
-
-int32_t FakeFileSystem::Open(std::u16string_view path, int32_t mode, FileHandleId& handle) {
+int32_t FakeFileSystem::Lookup(std::u16string_view path, Entry*& entry) {
   std::u16string key = Key(path);
   if (int32_t failure = Failure(key)) return failure;
   auto found = entries_.find(key);
   if (found == entries_.end()) return MissingError(key);
-  if (found->second.attributes & FileAttribute::kDirectory) return FileError::kAccessDenied;
+  entry = &found->second;
+  return kSuccess;
+}
+
+int32_t FakeFileSystem::Open(std::u16string_view path, int32_t mode, FileHandleId& handle) {
+  Entry* entry = nullptr;
+  if (int32_t error = Lookup(path, entry)) return error;
+  if (entry->attributes & FileAttribute::kDirectory) return FileError::kAccessDenied;
   bool writes = mode != static_cast<int32_t>(FileOpenMode::Read);
-  if (writes && (found->second.attributes & FileAttribute::kReadOnly)) return FileError::kAccessDenied;
+  if (writes && (entry->attributes & FileAttribute::kReadOnly)) return FileError::kAccessDenied;
+  std::u16string key = Key(path);
   // Every handle shares reading only: a writer excludes all others, and any handle excludes a writer.
   if (OpenForWriting(key) || (writes && IsOpen(key))) return FileError::kSharingViolation;
   handle = nextHandle_++;
@@ -102,67 +66,20 @@ int32_t FakeFileSystem::Open(std::u16string_view path, int32_t mode, FileHandleI
   return kSuccess;
 }
 
-void FakeFileSystem::Close(FileHandleId handle) { handles_.erase(handle); }
-
-int32_t FakeFileSystem::GetSize(FileHandleId handle, uint64_t& size) {
-  auto found = handles_.find(handle);
-  if (found == handles_.end()) return 6;  // invalid handle
-  size = entries_[found->second.key].content.size();
-  return kSuccess;
-}
-
 int32_t FakeFileSystem::ReadAll(std::u16string_view path, std::string& bytes) {
-  std::u16string key = Key(path);
-  if (int32_t failure = Failure(key)) return failure;
-  auto found = entries_.find(key);
-  if (found == entries_.end()) return MissingError(key);
-  if (found->second.attributes & FileAttribute::kDirectory) return FileError::kAccessDenied;
-  bytes = found->second.content;
+  Entry* entry = nullptr;
+  if (int32_t error = Lookup(path, entry)) return error;
+  if (entry->attributes & FileAttribute::kDirectory) return FileError::kAccessDenied;
+  bytes = entry->content;
   return kSuccess;
 }
 
 int32_t FakeFileSystem::Delete(std::u16string_view path) {
-  std::u16string key = Key(path);
-  if (int32_t failure = Failure(key)) return failure;
-  auto found = entries_.find(key);
-  if (found == entries_.end()) return MissingError(key);
-  if (found->second.attributes & (FileAttribute::kDirectory | FileAttribute::kReadOnly))
-    return FileError::kAccessDenied;
-  if (IsOpen(key)) return FileError::kSharingViolation;
-  entries_.erase(found);
-  return kSuccess;
-}
-
-int32_t FakeFileSystem::GetAttributes(std::u16string_view path, uint32_t& attributes) {
-  std::u16string key = Key(path);
-  if (int32_t failure = Failure(key)) return failure;
-  auto found = entries_.find(key);
-  if (found == entries_.end()) return MissingError(key);
-  attributes = found->second.attributes;
-  return kSuccess;
-}
-
-int32_t FakeFileSystem::SetAttributes(std::u16string_view path, uint32_t attributes) {
-  std::u16string key = Key(path);
-  if (int32_t failure = Failure(key)) return failure;
-  auto found = entries_.find(key);
-  if (found == entries_.end()) return MissingError(key);
-  uint32_t directory = found->second.attributes & FileAttribute::kDirectory;
-  found->second.attributes = (attributes & ~FileAttribute::kDirectory) | directory;
-  return kSuccess;
-}
-
-void FakeFileSystem::SetLastWriteTime(std::u16string_view path, uint64_t fileTime) {
-  auto found = entries_.find(Key(path));
-  if (found != entries_.end()) found->second.lastWrite = fileTime;
-}
-
-int32_t FakeFileSystem::GetLastWriteTime(std::u16string_view path, uint64_t& fileTime) {
-  std::u16string key = Key(path);
-  if (int32_t failure = Failure(key)) return failure;
-  auto found = entries_.find(key);
-  if (found == entries_.end()) return MissingError(key);
-  fileTime = found->second.lastWrite;
+  Entry* entry = nullptr;
+  if (int32_t error = Lookup(path, entry)) return error;
+  if (entry->attributes & (FileAttribute::kDirectory | FileAttribute::kReadOnly)) return FileError::kAccessDenied;
+  if (IsOpen(Key(path))) return FileError::kSharingViolation;
+  entries_.erase(Key(path));
   return kSuccess;
 }
 
@@ -195,20 +112,11 @@ int32_t FakeFileSystem::CreateDirectory(std::u16string_view path) {
 }
 
 int32_t FakeFileSystem::RemoveDirectory(std::u16string_view path) {
-  std::u16string key = Key(path);
-  if (int32_t failure = Failure(key)) return failure;
-  auto found = entries_.find(key);
-  if (found == entries_.end()) return MissingError(key);
-  if (!(found->second.attributes & FileAttribute::kDirectory)) return 267;  // the name is not a directory
-  if (HasChildren(key)) return FileError::kDirectoryNotEmpty;
-  entries_.erase(found);
-  return kSuccess;
-}
-
-int32_t FakeFileSystem::DeleteAtReboot(std::u16string_view path) {
-  std::u16string key = Key(path);
-  if (int32_t failure = Failure(key)) return failure;
-  rebootDeletes_.emplace_back(path);
+  Entry* entry = nullptr;
+  if (int32_t error = Lookup(path, entry)) return error;
+  if (!(entry->attributes & FileAttribute::kDirectory)) return 267;  // the name is not a directory
+  if (HasChildren(Key(path))) return FileError::kDirectoryNotEmpty;
+  entries_.erase(Key(path));
   return kSuccess;
 }
 
@@ -230,11 +138,6 @@ int32_t FakeFileSystem::GetLongPath(std::u16string_view path, std::u16string& lo
   }
   if (!entries_.count(key)) return MissingError(key);
   longPath = std::u16string(path);
-  return kSuccess;
-}
-
-int32_t FakeFileSystem::GetTempPath(std::u16string& path) {
-  path = tempPath_;
   return kSuccess;
 }
 

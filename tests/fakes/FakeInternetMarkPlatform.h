@@ -22,13 +22,22 @@ class FakeInternetMarkPlatform : public InternetMarkPlatform {
 
   void MarkFromInternet(const char16_t* path) override { Add("Zone", path); }
   void MarkAsAttachment(const char16_t* path) override { Add("Attachment", path); }
-  int32_t InitializeCom() override;
+  int32_t InitializeCom() override {
+    log_.push_back("Initialize");
+    return initializeResult_;
+  }
   void UninitializeCom() override { log_.push_back("Uninitialize"); }
-  int32_t CreateAttachmentServices(uint32_t classContext) override;
+  int32_t CreateAttachmentServices(uint32_t classContext) override {
+    log_.push_back("Create " + std::to_string(classContext));
+    return createResult_;
+  }
   int32_t SetLocalPath(const char16_t* path) override { return Add("LocalPath", path); }
   int32_t SetReferrer(const char16_t* url) override { return Add("Referrer", url); }
   int32_t SetSource(const char16_t* url) override { return Add("Source", url); }
-  int32_t Save() override;
+  int32_t Save() override {
+    log_.push_back("Save");
+    return saveResult_;
+  }
   void ReleaseAttachmentServices() override { log_.push_back("Release"); }
 
  private:

@@ -24,7 +24,6 @@ void FakeModuleLoader::AddModule(std::u16string_view path, std::map<std::string,
 int32_t FakeModuleLoader::Load(std::u16string_view path, ModuleId& module) {
   log_.push_back("Load " + Utf8(path));
   std::u16string key(path);
-  if (auto failure = loadFailures_.find(key); failure != loadFailures_.end()) return failure->second;
   if (!modules_.count(key)) return ModuleError::kModuleNotFound;
   module = nextModule_++;
   loaded_[module] = key;
@@ -50,8 +49,7 @@ int32_t FakeModuleLoader::FindEntry(ModuleId module, const char* name, ModuleEnt
 
 int32_t FakeModuleLoader::CallEntry(ModuleEntryId id) {
   Entry& entry = entries_.at(id - 1);
-  int32_t result = entry.results.empty() ? 0
-                                         : entry.results[std::min(entry.calls, entry.results.size() - 1)];
+  int32_t result = entry.results.empty() ? 0 : entry.results[std::min(entry.calls, entry.results.size() - 1)];
   ++entry.calls;
   char hex[16];
   std::snprintf(hex, sizeof(hex), "%X", static_cast<uint32_t>(result));

@@ -14,7 +14,6 @@ namespace SASM {
 class FakeModuleLoader : public IModuleLoader {
  public:
   void AddModule(std::u16string_view path, std::map<std::string, std::vector<int32_t>> entries);
-  void FailLoad(std::u16string_view path, int32_t error) { loadFailures_[std::u16string(path)] = error; }
 
   // "Load <path>", "Find <name>", "Call <name> -> <hex result>", "Free <path>", in order.
   const std::vector<std::string>& Log() const { return log_; }
@@ -38,7 +37,6 @@ class FakeModuleLoader : public IModuleLoader {
 
   std::map<std::u16string, Module> modules_;
   std::vector<Entry> entries_;
-  std::map<std::u16string, int32_t> loadFailures_;
   std::map<ModuleId, std::u16string> loaded_;
   ModuleId nextModule_ = 0x1000;
   std::vector<std::string> log_;

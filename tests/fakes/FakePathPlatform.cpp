@@ -58,10 +58,6 @@ std::u16string FakePathPlatform::Key(std::u16string_view path) {
   return key;
 }
 
-void FakePathPlatform::SetUserString(std::u16string keyPath, std::u16string valueName, std::u16string value) {
-  userStrings_[Upper(keyPath) + u"|" + Upper(valueName)] = std::move(value);
-}
-
 void FakePathPlatform::AddEntry(std::u16string_view path, uint32_t attributes) {
   std::u16string key = Key(path);
   attributes_[key] = attributes;
@@ -82,25 +78,9 @@ void FakePathPlatform::AddEntry(std::u16string_view path, uint32_t attributes) {
   }
 }
 
-void FakePathPlatform::AddDirectory(std::u16string_view path) { AddEntry(path, PathAttribute::kDirectory); }
-
-void FakePathPlatform::AddFile(std::u16string_view path) { AddEntry(path, PathAttribute::kArchive); }
-
-void FakePathPlatform::AddShortName(std::u16string_view shortPath, std::u16string_view longPath) {
-  shortNames_[Key(shortPath)] = std::u16string(longPath);
-}
-
 void FakePathPlatform::AddReparsePoint(std::u16string_view directory, std::vector<uint8_t> data) {
   AddEntry(directory, PathAttribute::kDirectory | PathAttribute::kReparsePoint);
   reparseData_[Key(directory)] = std::move(data);
-}
-
-void FakePathPlatform::AddSymbolicLink(std::u16string_view directory, std::u16string_view target) {
-  AddReparsePoint(directory, ReparseData(kTagSymbolicLink, u"\\??\\" + std::u16string(target), target));
-}
-
-void FakePathPlatform::AddLinkObject(std::u16string_view objectName, std::u16string target) {
-  linkObjects_[std::u16string(objectName)] = std::move(target);
 }
 
 uint32_t FakePathPlatform::Answer(const std::u16string& text, uint32_t bufferLength, std::u16string& out) {
@@ -184,13 +164,6 @@ std::u16string FakePathPlatform::Canonicalize(std::u16string_view input) const {
   return result;
 }
 
-uint32_t FakePathPlatform::GetFullPathName(const char16_t* path, uint32_t bufferLength, std::u16string& full) {
-  ++fullPathCalls_;
-  if (!path || !*path) return 0;
-  auto fixed = fullPaths_.find(path);
-  return Answer(fixed != fullPaths_.end() ? fixed->second : Canonicalize(path), bufferLength, full);
-}
-
 std::u16string FakePathPlatform::Expand(std::u16string_view input) const {
   std::u16string result;
   size_t start = 0;
@@ -205,52 +178,9 @@ std::u16string FakePathPlatform::Expand(std::u16string_view input) const {
   return result;
 }
 
-uint32_t FakePathPlatform::GetLongPathName(const char16_t* path, uint32_t bufferLength, std::u16string& longPath) {
-  if (!path || !*path) return 0;
-  std::u16string result = Expand(path);
-  if (attributes_.count(Key(result)) == 0) return 0;
-  return Answer(result, bufferLength, longPath);
-}
-
-uint32_t FakePathPlatform::GetTempPath(uint32_t bufferLength, std::u16string& path) {
-  return Answer(tempPath_, bufferLength, path);
-}
-
-bool FakePathPlatform::CharUpperBuff(std::u16string& text) {
-  if (!upperCaseBound_) return false;
-  text = Upper(text);
-  return true;
-}
-
 uint32_t FakePathPlatform::GetFileAttributes(const char16_t* path) {
   auto entry = attributes_.find(Key(Expand(path)));
   return entry == attributes_.end() ? PathAttribute::kInvalid : entry->second;
-}
-
-bool FakePathPlatform::GetFileAttributesEx(const char16_t* path, uint32_t& attributes) {
-  attributes = GetFileAttributes(path);
-  return attributes != PathAttribute::kInvalid;
-}
-
-bool FakePathPlatform::GetFolderPath(int32_t csidl, std::u16string& path) {
-  auto folder = folders_.find(csidl);
-  if (folder == folders_.end()) return false;
-  path = folder->second;
-  return true;
-}
-
-bool FakePathPlatform::ReadUserString(const char16_t* keyPath, const char16_t* valueName, uint32_t maxBytes,
-                                      std::u16string& value) {
-  auto entry = userStrings_.find(Upper(keyPath) + u"|" + Upper(valueName));
-  if (entry == userStrings_.end() || (entry->second.size() + 1) * 2 > maxBytes) return false;
-  value = entry->second;
-  return true;
-}
-
-PathPlatform::Handle FakePathPlatform::NewHandle(OpenHandle handle) {
-  uintptr_t id = nextHandle_++;
-  handles_[id] = std::move(handle);
-  return reinterpret_cast<Handle>(id);
 }
 
 bool FakePathPlatform::OpenSymbolicLinkObject(const char16_t* objectName, uint32_t access, uint32_t attributes,
@@ -275,14 +205,6 @@ bool FakePathPlatform::QuerySymbolicLinkObject(Handle link, uint16_t maximumByte
   return true;
 }
 
-bool FakePathPlatform::CreateFile(const char16_t* path, uint32_t access, uint32_t shareMode, uint32_t disposition,
-                                  uint32_t flags, Handle& file) {
-  std::u16string key = Key(Expand(path));
-  if (failingOpens_.count(key) != 0 || attributes_.count(key) == 0) return false;
-  file = NewHandle({key, flags, false});
-  return true;
-}
-
 bool FakePathPlatform::DeviceIoControl(Handle device, uint32_t controlCode, std::vector<uint8_t>& output,
                                        uint32_t& bytesReturned) {
   auto handle = handles_.find(reinterpret_cast<uintptr_t>(device));
@@ -295,7 +217,5 @@ bool FakePathPlatform::DeviceIoControl(Handle device, uint32_t controlCode, std:
   bytesReturned = static_cast<uint32_t>(data->second.size());
   return true;
 }
-
-void FakePathPlatform::CloseHandle(Handle handle) { handles_.erase(reinterpret_cast<uintptr_t>(handle)); }
 
 }  // namespace SASM

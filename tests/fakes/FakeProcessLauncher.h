@@ -27,21 +27,26 @@ class FakeProcessLauncher : public IProcessLauncher {
 
   void SetExitCode(std::u16string commandLine, uint32_t exitCode) { exitCodes_[std::move(commandLine)] = exitCode; }
   void FailStart(std::u16string commandLine, int32_t error) { startFailures_[std::move(commandLine)] = error; }
-  void FailShellExecute() { shellFails_ = true; }
 
   const std::vector<Run>& Runs() const { return runs_; }
   // Just the command lines, for the common expectation.
-  std::vector<std::u16string> CommandLines() const;
+  std::vector<std::u16string> CommandLines() const {
+    std::vector<std::u16string> lines;
+    for (const Run& run : runs_) lines.push_back(run.commandLine);
+    return lines;
+  }
   const std::vector<ShellRun>& ShellRuns() const { return shellRuns_; }
 
   int32_t RunAndWait(std::u16string_view commandLine, uint32_t creationFlags, uint32_t timeoutMs,
                      uint32_t& exitCode) override;
-  bool ShellExecuteAndWait(std::u16string_view file, std::u16string_view parameters) override;
+  bool ShellExecuteAndWait(std::u16string_view file, std::u16string_view parameters) override {
+    shellRuns_.push_back({std::u16string(file), std::u16string(parameters)});
+    return true;
+  }
 
  private:
   std::map<std::u16string, uint32_t> exitCodes_;
   std::map<std::u16string, int32_t> startFailures_;
-  bool shellFails_ = false;
   std::vector<Run> runs_;
   std::vector<ShellRun> shellRuns_;
 };

@@ -10,17 +10,6 @@ void FakeProcesses::AddImage(uint32_t id, std::u16string path, std::vector<std::
   table_.push_back({id, std::move(name), std::move(path), std::move(modules), kReadable});
 }
 
-void FakeProcesses::SetIdentitySource(uint32_t id, IdentitySource source) {
-  if (Process* process = Find(id)) process->source = source;
-}
-
-FakeProcesses::Process* FakeProcesses::Find(uint32_t id) {
-  for (Process& process : table_) {
-    if (process.id == id) return &process;
-  }
-  return nullptr;
-}
-
 bool FakeProcesses::EnumerateProcesses(uint32_t maxCount, std::vector<uint32_t>& ids) {
   lastMaxCount_ = maxCount;
   if (listResult_ != ListResult::kListed) return false;
@@ -33,15 +22,9 @@ bool FakeProcesses::EnumerateProcesses(uint32_t maxCount, std::vector<uint32_t>&
 
 int32_t FakeProcesses::GetImageBaseName(uint32_t processId, std::u16string& name) {
   Process* process = Find(processId);
-  if (!process) return 87;                  // no such process
-  if (process->image.empty()) return 5;     // access denied
+  if (!process) return 87;               // no such process
+  if (process->image.empty()) return 5;  // access denied
   name = process->image;
-  return 0;
-}
-
-int32_t FakeProcesses::StartAsUserOf(uint32_t processId, std::u16string_view commandLine) {
-  if (std::find(startFailures_.begin(), startFailures_.end(), processId) != startFailures_.end()) return 1314;
-  starts_.push_back({processId, std::u16string(commandLine)});
   return 0;
 }
 
@@ -55,8 +38,7 @@ IProcesses::ListResult FakeProcesses::ListProcessIds(uint32_t tableBytes, std::v
   return ListResult::kListed;
 }
 
-IProcesses::IdentitySource FakeProcesses::ReadIdentity(uint32_t processId, std::u16string& name,
-                                                       std::u16string& path) {
+IProcesses::IdentitySource FakeProcesses::ReadIdentity(uint32_t processId, std::u16string& name, std::u16string& path) {
   Process* process = Find(processId);
   if (!process || process->image.empty()) return IdentitySource::kNotOpened;
   if (process->source == IdentitySource::kFirstModule) name = process->image;
@@ -72,17 +54,6 @@ bool FakeProcesses::ListModulePaths(uint32_t processId, std::vector<std::u16stri
   if (process->source != IdentitySource::kFirstModule) return false;
   paths.insert(paths.end(), process->modules.begin(), process->modules.end());
   return true;
-}
-
-bool FakeProcesses::Terminate(uint32_t processId, uint32_t exitCode) {
-  if (!Find(processId)) return false;
-  endings_.push_back({processId, exitCode});
-  return true;
-}
-
-uint32_t FakeProcesses::GetWindowProcessId(void* window) {
-  auto found = windows_.find(window);
-  return found == windows_.end() ? 0 : found->second;
 }
 
 }  // namespace SASM

@@ -3,6 +3,7 @@
 // modules each has loaded, some that can't be opened, windows and their
 // processes, and a record of what was started in whose context and what was
 // ended.
+#include <algorithm>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -32,7 +33,9 @@ class FakeProcesses : public IProcesses {
   void AddImage(uint32_t id, std::u16string path, std::vector<std::u16string> modules = {});
   // How the process answers for its identity: a process of another width gives its image
   // path only, and one that gives nothing still counts as opened.
-  void SetIdentitySource(uint32_t id, IdentitySource source);
+  void SetIdentitySource(uint32_t id, IdentitySource source) {
+    if (Process* process = Find(id)) process->source = source;
+  }
   void FailList() { listResult_ = ListResult::kFailed; }
   void RemoveListFunction() { listResult_ = ListResult::kNoFunction; }
   void FailStartFor(uint32_t id) { startFailures_.push_back(id); }
@@ -47,12 +50,23 @@ class FakeProcesses : public IProcesses {
 
   bool EnumerateProcesses(uint32_t maxCount, std::vector<uint32_t>& ids) override;
   int32_t GetImageBaseName(uint32_t processId, std::u16string& name) override;
-  int32_t StartAsUserOf(uint32_t processId, std::u16string_view commandLine) override;
+  int32_t StartAsUserOf(uint32_t processId, std::u16string_view commandLine) override {
+    if (std::find(startFailures_.begin(), startFailures_.end(), processId) != startFailures_.end()) return 1314;
+    starts_.push_back({processId, std::u16string(commandLine)});
+    return 0;
+  }
   ListResult ListProcessIds(uint32_t tableBytes, std::vector<uint32_t>& ids) override;
   IdentitySource ReadIdentity(uint32_t processId, std::u16string& name, std::u16string& path) override;
   bool ListModulePaths(uint32_t processId, std::vector<std::u16string>& paths) override;
-  bool Terminate(uint32_t processId, uint32_t exitCode) override;
-  uint32_t GetWindowProcessId(void* window) override;
+  bool Terminate(uint32_t processId, uint32_t exitCode) override {
+    if (!Find(processId)) return false;
+    endings_.push_back({processId, exitCode});
+    return true;
+  }
+  uint32_t GetWindowProcessId(void* window) override {
+    auto found = windows_.find(window);
+    return found == windows_.end() ? 0 : found->second;
+  }
 
  private:
   static constexpr IdentitySource kReadable = IdentitySource::kFirstModule;
@@ -63,7 +77,12 @@ class FakeProcesses : public IProcesses {
     std::vector<std::u16string> modules;
     IdentitySource source;
   };
-  Process* Find(uint32_t id);
+  Process* Find(uint32_t id) {
+    for (Process& process : table_) {
+      if (process.id == id) return &process;
+    }
+    return nullptr;
+  }
 
   std::vector<Process> table_;
   std::map<void*, uint32_t> windows_;

@@ -42,18 +42,6 @@ std::u16string FakeRegistry::KeyId(RegistryHive hive, std::u16string_view path, 
   return (hive == RegistryHive::Machine ? u"M:" : u"U:") + Upper(ViewPath(hive, path, access));
 }
 
-void FakeRegistry::FailKey(RegistryHive hive, std::u16string_view path, int32_t error) {
-  keyFailures_[KeyId(hive, path, 0)] = error;
-}
-
-void FakeRegistry::FailValue(RegistryHive hive, std::u16string_view path, std::u16string_view name, int32_t error) {
-  valueFailures_[KeyId(hive, path, 0) + u"|" + Upper(name)] = error;
-}
-
-bool FakeRegistry::KeyExists(RegistryHive hive, std::u16string_view path) const {
-  return keys_.count(KeyId(hive, path, 0)) != 0;
-}
-
 std::vector<std::string> FakeRegistry::WriteLog() const {
   std::vector<std::string> lines;
   for (const Write& write : writes_) {
@@ -63,16 +51,6 @@ std::vector<std::string> FakeRegistry::WriteLog() const {
     lines.push_back(line + " " + std::to_string(write.result));
   }
   return lines;
-}
-
-int32_t FakeRegistry::KeyFailure(const std::u16string& id) const {
-  auto found = keyFailures_.find(id);
-  return found == keyFailures_.end() ? kSuccess : found->second;
-}
-
-int32_t FakeRegistry::ValueFailure(const std::u16string& id, std::u16string_view name) const {
-  auto found = valueFailures_.find(id + u"|" + Upper(name));
-  return found == valueFailures_.end() ? kSuccess : found->second;
 }
 
 int32_t FakeRegistry::Find(const std::u16string& id, Key*& key) {
@@ -110,18 +88,6 @@ int32_t FakeRegistry::Log(const char* operation, RegistryHive hive, std::u16stri
   return result;
 }
 
-int32_t FakeRegistry::OpenKey(RegistryHive hive, std::u16string_view path, uint32_t access) {
-  accesses_.push_back(access);
-  Key* key = nullptr;
-  return Find(KeyId(hive, path, access), key);
-}
-
-int32_t FakeRegistry::CreateKey(RegistryHive hive, std::u16string_view path, uint32_t access) {
-  accesses_.push_back(access);
-  Key* key = nullptr;
-  return Log("CreateKey", hive, path, u"", Create(hive, path, access, key));
-}
-
 int32_t FakeRegistry::SetValue(const char* operation, RegistryHive hive, std::u16string_view path,
                                std::u16string_view name, uint32_t access, Value value) {
   accesses_.push_back(access);
@@ -131,23 +97,6 @@ int32_t FakeRegistry::SetValue(const char* operation, RegistryHive hive, std::u1
   if (result == kSuccess) result = ValueFailure(id, name);
   if (result == kSuccess) key->values[Upper(name)] = std::move(value);
   return Log(operation, hive, path, name, result);
-}
-
-int32_t FakeRegistry::SetString(RegistryHive hive, std::u16string_view path, std::u16string_view name,
-                                std::u16string_view data, uint32_t access) {
-  return SetValue("SetString", hive, path, name, access, {Type::String, std::u16string(data), 0});
-}
-
-int32_t FakeRegistry::SetNarrowString(RegistryHive hive, std::u16string_view path, std::u16string_view name,
-                                      std::string_view data, uint32_t access) {
-  std::u16string wide;
-  for (char c : data) wide.push_back(static_cast<unsigned char>(c));
-  return SetValue("SetNarrowString", hive, path, name, access, {Type::String, wide, 0});
-}
-
-int32_t FakeRegistry::SetDword(RegistryHive hive, std::u16string_view path, std::u16string_view name, uint32_t data,
-                               uint32_t access) {
-  return SetValue("SetDword", hive, path, name, access, {Type::Dword, u"", data});
 }
 
 int32_t FakeRegistry::GetValue(RegistryHive hive, std::u16string_view path, std::u16string_view name, uint32_t access,
@@ -164,14 +113,6 @@ int32_t FakeRegistry::GetValue(RegistryHive hive, std::u16string_view path, std:
   return kSuccess;
 }
 
-int32_t FakeRegistry::ReadString(RegistryHive hive, std::u16string_view path, std::u16string_view name,
-                                 std::u16string& out, uint32_t access) {
-  const Value* value = nullptr;
-  if (int32_t result = GetValue(hive, path, name, access, Type::String, value)) return result;
-  out = value->text;
-  return kSuccess;
-}
-
 int32_t FakeRegistry::ReadNarrowString(RegistryHive hive, std::u16string_view path, std::u16string_view name,
                                        std::string& out, uint32_t access) {
   const Value* value = nullptr;
@@ -179,14 +120,6 @@ int32_t FakeRegistry::ReadNarrowString(RegistryHive hive, std::u16string_view pa
   // The system code page of this fake is Latin-1; anything beyond it reads as "?".
   out.clear();
   for (char16_t unit : value->text) out.push_back(unit < 256 ? static_cast<char>(unit) : '?');
-  return kSuccess;
-}
-
-int32_t FakeRegistry::ReadDword(RegistryHive hive, std::u16string_view path, std::u16string_view name, uint32_t& out,
-                                uint32_t access) {
-  const Value* value = nullptr;
-  if (int32_t result = GetValue(hive, path, name, access, Type::Dword, value)) return result;
-  out = value->number;
   return kSuccess;
 }
 

@@ -6,38 +6,6 @@ constexpr int32_t kServiceDoesNotExist = 1060;
 constexpr int32_t kInvalidHandle = 6;
 }  // namespace
 
-void FakeServiceManager::AddService(std::u16string name, std::vector<uint32_t> states) {
-  services_[std::move(name)].states = std::move(states);
-}
-
-void FakeServiceManager::FailManagerOpen(int32_t error, int successes) { managerFailure_ = {error, successes}; }
-
-void FakeServiceManager::FailServiceOpen(std::u16string_view name, int32_t error, int successes) {
-  Service& service = services_[std::u16string(name)];
-  service.openFailure = error;
-  service.openSuccesses = successes;
-}
-
-void FakeServiceManager::FailQuery(std::u16string_view name, int number, int32_t error) {
-  services_[std::u16string(name)].queryFailures[number] = error;
-}
-
-void FakeServiceManager::FailControl(std::u16string_view name, int32_t error) {
-  services_[std::u16string(name)].controlFailure = error;
-}
-
-int FakeServiceManager::Queries(std::u16string_view name) const {
-  auto found = services_.find(std::u16string(name));
-  return found == services_.end() ? 0 : found->second.queries;
-}
-
-int32_t FakeServiceManager::OpenManager(uint32_t, ServiceHandleId& manager) {
-  if (managerFailure_.error != 0 && managerOpens_++ >= managerFailure_.successes) return managerFailure_.error;
-  manager = next_++;
-  open_[manager] = u"";
-  return 0;
-}
-
 int32_t FakeServiceManager::OpenService(ServiceHandleId manager, std::u16string_view name, uint32_t,
                                         ServiceHandleId& service) {
   auto owner = open_.find(manager);
@@ -75,7 +43,5 @@ int32_t FakeServiceManager::Control(ServiceHandleId handle, uint32_t control) {
   if (control == ServiceControl::kStop) stops_.push_back(owner->second);
   return 0;
 }
-
-void FakeServiceManager::Close(ServiceHandleId handle) { open_.erase(handle); }
 
 }  // namespace SASM

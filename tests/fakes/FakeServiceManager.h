@@ -16,25 +16,37 @@ namespace SASM {
 class FakeServiceManager : public IServiceManager {
  public:
   // The states the service's queries answer, in order.
-  void AddService(std::u16string name, std::vector<uint32_t> states);
+  void AddService(std::u16string name, std::vector<uint32_t> states) {
+    services_[std::move(name)].states = std::move(states);
+  }
   // Manager opens after the first `successes` answer the error.
-  void FailManagerOpen(int32_t error, int successes = 0);
-  void FailServiceOpen(std::u16string_view name, int32_t error, int successes = 0);
+  void FailManagerOpen(int32_t error, int successes = 0) { managerFailure_ = {error, successes}; }
+  void FailServiceOpen(std::u16string_view name, int32_t error, int successes = 0) {
+    Service& service = services_[std::u16string(name)];
+    service.openFailure = error;
+    service.openSuccesses = successes;
+  }
   // The query of this number (counting from 1) answers the error.
-  void FailQuery(std::u16string_view name, int number, int32_t error);
-  void FailControl(std::u16string_view name, int32_t error);
+  void FailQuery(std::u16string_view name, int number, int32_t error) {
+    services_[std::u16string(name)].queryFailures[number] = error;
+  }
+  void FailControl(std::u16string_view name, int32_t error) { services_[std::u16string(name)].controlFailure = error; }
 
   // Stop controls sent, by service name.
   const std::vector<std::u16string>& Stops() const { return stops_; }
-  int Queries(std::u16string_view name) const;
   size_t OpenHandles() const { return open_.size(); }
 
-  int32_t OpenManager(uint32_t access, ServiceHandleId& manager) override;
+  int32_t OpenManager(uint32_t, ServiceHandleId& manager) override {
+    if (managerFailure_.error != 0 && managerOpens_++ >= managerFailure_.successes) return managerFailure_.error;
+    manager = next_++;
+    open_[manager] = u"";
+    return 0;
+  }
   int32_t OpenService(ServiceHandleId manager, std::u16string_view name, uint32_t access,
                       ServiceHandleId& service) override;
   int32_t QueryState(ServiceHandleId service, uint32_t& state) override;
   int32_t Control(ServiceHandleId service, uint32_t control) override;
-  void Close(ServiceHandleId handle) override;
+  void Close(ServiceHandleId handle) override { open_.erase(handle); }
 
  private:
   struct Service {

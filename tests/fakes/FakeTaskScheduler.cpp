@@ -14,10 +14,7 @@ class FakeTaskScheduler::Session : public ITaskSchedulerSession {
   FakeTaskScheduler& owner_;
 };
 
-std::unique_ptr<ITaskSchedulerSession> FakeTaskScheduler::Open() {
-  if (openFails_) return nullptr;
-  return std::make_unique<Session>(*this);
-}
+std::unique_ptr<ITaskSchedulerSession> FakeTaskScheduler::Open() { return std::make_unique<Session>(*this); }
 
 int32_t FakeTaskScheduler::Run(TaskStep step, const TaskDefinition& definition, int32_t& answer) {
   steps_.push_back(step);

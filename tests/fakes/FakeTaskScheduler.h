@@ -21,7 +21,6 @@ class FakeTaskScheduler : public ITaskScheduler {
   // A task of the task service, or a work item of the older scheduler, already there.
   void AddTask(std::u16string name) { tasks_.insert(std::move(name)); }
   void AddWorkItem(std::u16string name) { workItems_.insert(std::move(name)); }
-  void FailOpen() { openFails_ = true; }
 
   bool HasTask(std::u16string_view name) const { return tasks_.count(std::u16string(name)) > 0; }
   bool HasWorkItem(std::u16string_view name) const { return workItems_.count(std::u16string(name)) > 0; }
@@ -42,7 +41,6 @@ class FakeTaskScheduler : public ITaskScheduler {
   std::map<TaskStep, int32_t> answers_;
   std::set<std::u16string> tasks_;
   std::set<std::u16string> workItems_;
-  bool openFails_ = false;
   std::vector<TaskStep> steps_;
   TaskDefinition last_;
   std::vector<std::u16string> debugOutput_;

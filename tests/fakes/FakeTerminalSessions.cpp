@@ -5,10 +5,6 @@ namespace {
 constexpr uint32_t kInvalidParameter = 87;
 }
 
-void FakeTerminalSessions::SetNames(uint32_t id, std::u16string user, std::u16string domain) {
-  unlisted_[id] = Session{id, SessionInfo::kActive, 0, std::move(user), std::move(domain)};
-}
-
 const FakeTerminalSessions::Session* FakeTerminalSessions::Find(uint32_t id) const {
   for (const Session& session : sessions_) {
     if (session.id == id) return &session;

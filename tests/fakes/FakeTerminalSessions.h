@@ -27,7 +27,9 @@ class FakeTerminalSessions : public ITerminalSessions {
   void FailEnumeration(uint32_t error) { enumerationError_ = error; }
   void SetConsoleSession(uint32_t id) { console_ = id; }
   // Names of a session that isn't listed, such as the console session.
-  void SetNames(uint32_t id, std::u16string user, std::u16string domain);
+  void SetNames(uint32_t id, std::u16string user, std::u16string domain) {
+    unlisted_[id] = Session{id, SessionInfo::kActive, 0, std::move(user), std::move(domain)};
+  }
   // The session ids the text queries named, in order.
   const std::vector<uint32_t>& TextQueries() const { return textQueries_; }
 

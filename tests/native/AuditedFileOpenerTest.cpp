@@ -1,19 +1,10 @@
 // The audited open as a client sees it: what the plain open decides stands,
 // and only a file protected to the server's own identity, asked for through
 // an installed program's window and consented to, opens past a refusal.
-#include "broker/AuditedFileOpener.h"
-
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
-
-#include "broker/Task.h"
-#include "tests/fakes/FakeBrokerFilePlatform.h"
-#include "tests/fakes/FakeEnterpriseProtectionPlatform.h"
-#include "tests/fakes/FakeInternetMarkPlatform.h"
-#include "tests/fakes/FakePathPlatform.h"
-#include "tests/fakes/FakeProcesses.h"
+#include "broker/AuditedFileOpener.h"
+#include "tests/native/BrokerTestWorld.h"
 
 using namespace SASM;
 using Answer = FakeEnterpriseProtectionPlatform::Answer;
@@ -21,8 +12,6 @@ using Consent = FakeEnterpriseProtectionPlatform::ConsentRequest;
 
 namespace {
 
-constexpr int32_t kDenied = static_cast<int32_t>(0x80070005);
-constexpr int32_t kNotFound = static_cast<int32_t>(0x80070002);
 constexpr uint32_t kBrowserWindow = 0x00010234;
 constexpr uint32_t kStrayWindow = 0x00050678;
 
@@ -31,12 +20,9 @@ const std::u16string kReport = u"C:\\Corp\\Reports\\q3.xlsx";
 // A corporate file on disk, a browser installed under Program Files with a
 // window, and a stray program with another; the server's identity is set by
 // each test.
-class AuditedFileOpenerTest : public ::testing::Test {
+class AuditedFileOpenerTest : public BrokerWorld {
  protected:
   AuditedFileOpenerTest() {
-    paths.SetFolder(26, u"C:\\Users\\a\\AppData\\Roaming");
-    paths.SetFolder(28, u"C:\\Users\\a\\AppData\\Local");
-    paths.SetFolder(38, u"C:\\Program Files");
     files.AddFile(kReport, "figures");
     protection.AddFile(kReport);
     protection.SetAnswer(kReport, Answer::kProtected, u"corp.example");
@@ -45,29 +31,12 @@ class AuditedFileOpenerTest : public ::testing::Test {
     processes.AddImage(11, u"C:\\Users\\a\\Downloads\\stray.exe");
     processes.AddWindow(reinterpret_cast<void*>(uintptr_t{kStrayWindow}), 11);
   }
-  ~AuditedFileOpenerTest() override { StopTask(); }
-
-  void MakeServerIdentities(std::vector<std::u16string> identities) {
-    protection.SetProcessIdentities(std::move(identities));
-    serverIdentities = EnterpriseIdentityList(protection, EnterpriseIdentityList::kServerProcess);
-  }
 
   int32_t Open(const std::u16string& path, uint32_t window = kBrowserWindow) {
     cookie = 0xDEAD;
-    return opener.Open(path.c_str(), u"https://upload.example/form", window, &cookie);
+    return audited.Open(path.c_str(), u"https://upload.example/form", window, &cookie);
   }
 
-  FakePathPlatform paths;
-  FakeBrokerFilePlatform files;
-  FakeEnterpriseProtectionPlatform protection;
-  FakeInternetMarkPlatform marks;
-  FakeProcesses processes;
-  BrokerPathPolicy policy{paths, true};
-  BrokerCookieTable cookies;
-  EnterpriseIdentityList serverIdentities;
-  BrokerFileMethods methods{files, protection, marks, policy, cookies, serverIdentities};
-  DialogOwnerPolicy owners{paths, processes};
-  AuditedFileOpener opener{methods, files, protection, policy, cookies, owners, serverIdentities};
   uint32_t cookie = 0;
 };
 

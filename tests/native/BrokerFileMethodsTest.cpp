@@ -1,37 +1,19 @@
 // The file family as a client sees it: HRESULTs, cookies, files on the fake
 // disk, and the enterprise decisions under each answer a protection query
 // can give.
-#include "broker/BrokerFileMethods.h"
-
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <string>
-#include <vector>
-
-#include "broker/DeferredFileOpener.h"
-#include "broker/Task.h"
-#include "tests/fakes/FakeBrokerFilePlatform.h"
-#include "tests/fakes/FakeEnterpriseProtectionPlatform.h"
-#include "tests/fakes/FakeInternetMarkPlatform.h"
-#include "tests/fakes/FakePathPlatform.h"
+#include "broker/BrokerFileMethods.h"
+#include "tests/native/BrokerTestWorld.h"
 
 using namespace SASM;
 using Answer = FakeEnterpriseProtectionPlatform::Answer;
-using Function = BrokerFilePlatform::Function;
+using Strings = std::vector<std::string>;
 
 namespace {
 
-constexpr int32_t kFail = static_cast<int32_t>(0x80004005);
-constexpr int32_t kDenied = static_cast<int32_t>(0x80070005);
-constexpr int32_t kInvalid = static_cast<int32_t>(0x80070057);
-constexpr int32_t kNotFound = static_cast<int32_t>(0x80070002);
 constexpr int32_t kSharing = static_cast<int32_t>(0x80070020);
-
-const std::u16string kRoaming = u"C:\\Users\\a\\AppData\\Roaming";
-const std::u16string kPlayerData = kRoaming + u"\\Halcyonics\\Lumen Player";
-const std::u16string kShared = kPlayerData + u"\\#SharedObjects\\abc";
-const std::u16string kTempLow = u"C:\\Users\\a\\AppData\\Local\\Temp\\Low";
+const std::u16string kTempLow = kTemp + u"\\Low";
 const std::u16string kOutside = u"C:\\Windows\\win.ini";
 
 std::string Image() {
@@ -42,96 +24,55 @@ std::string Image() {
   return bytes;
 }
 
-// A user profile with the player's folders, the same on the policy's view of
-// the disk and on the file family's; a broker object with no identities.
-class FileMethodsWorld : public ::testing::Test {
+class FileMethodsWorld : public BrokerWorld {
  protected:
-  FileMethodsWorld() {
-    paths.SetFolder(26, kRoaming + u"\\");
-    paths.SetFolder(28, u"C:\\Users\\a\\AppData\\Local");
-    paths.SetFolder(37, u"C:\\Windows\\system32");
-    paths.SetFolder(41, u"C:\\Windows\\SysWOW64");
-    paths.SetTempPath(u"C:\\Users\\a\\AppData\\Local\\Temp\\");
-    for (const std::u16string& directory :
-         {kShared, kPlayerData + u"\\www.halcyonics.example", kTempLow, std::u16string(u"C:\\Windows\\System32")}) {
-      paths.AddDirectory(directory);
-      files.AddDirectory(directory);
-    }
-    cookies.SetDeferredOpen(&DeferredFileOpener::OpenRecord, &opener);
-  }
-  ~FileMethodsWorld() override { StopTask(); }
-
-  // The broker object's identities, read as it is made.
-  void MakeServerIdentities(std::vector<std::u16string> identities) {
-    protection.SetProcessIdentities(std::move(identities));
-    serverIdentities = EnterpriseIdentityList(protection, EnterpriseIdentityList::kServerProcess);
-  }
-
   uint32_t Open(const std::u16string& path, int32_t readOnly, int32_t truncate = 0, int32_t* result = nullptr) {
     uint32_t cookie = 0xDEAD;
     int32_t hr = methods.CreateFile(path.c_str(), readOnly, truncate, &cookie);
     if (result) *result = hr;
     return cookie;
   }
-
+  // The answer of an open that must give no cookie.
+  int32_t Refusal(const std::u16string& path, int32_t readOnly, int32_t truncate = 0) {
+    int32_t hr = 0;
+    EXPECT_EQ(Open(path, readOnly, truncate, &hr), 0u);
+    return hr;
+  }
   int32_t Write(uint32_t cookie, const std::string& bytes) {
     uint32_t count = 0;
     return methods.WriteFile(cookie, files.MakeArray(bytes), &count);
   }
-
-  FakePathPlatform paths;
-  FakeBrokerFilePlatform files;
-  FakeEnterpriseProtectionPlatform protection;
-  FakeInternetMarkPlatform marks;
-  BrokerPathPolicy policy{paths, true};
-  BrokerCookieTable cookies;
-  EnterpriseIdentityList serverIdentities;
-  DeferredFileOpener opener{files, protection, marks};
-  BrokerFileMethods methods{files, protection, marks, policy, cookies, serverIdentities};
 };
 
-class BrokerCreateFile : public FileMethodsWorld {};
-class BrokerCreateFileEnterprise : public FileMethodsWorld {};
-class BrokerFileHandles : public FileMethodsWorld {};
-class BrokerReadWrite : public FileMethodsWorld {};
-class BrokerPathChanges : public FileMethodsWorld {};
-class BrokerListing : public FileMethodsWorld {};
-class BrokerMarkFileUnsafe : public FileMethodsWorld {};
+using BrokerFileMethodsTest = FileMethodsWorld;
 
 }  // namespace
 
-TEST_F(BrokerCreateFile, ReadsRetryWithWriteSharingAndWritesNeitherRetryNorKeepTheirTruncation) {
+TEST_F(BrokerFileMethodsTest, ReadsRetryWithWriteSharingAndWritesNeitherRetryNorKeepTheirTruncation) {
   files.AddFile(kPlayerData + u"\\busy.sol", "x");
   files.HoldForWriting(kPlayerData + u"\\busy.sol");
-  int32_t hr = 0;
-  EXPECT_NE(Open(kPlayerData + u"\\busy.sol", 1, 0, &hr), 0u);
+  EXPECT_NE(Open(kPlayerData + u"\\busy.sol", 1), 0u);
   EXPECT_EQ(files.Opens().back().shareMode, 3u);
   size_t opens = files.Opens().size();
-  EXPECT_EQ(Open(kPlayerData + u"\\busy.sol", 0, 1, &hr), 0u);
-  EXPECT_EQ(hr, kSharing);
+  EXPECT_EQ(Refusal(kPlayerData + u"\\busy.sol", 0, 1), kSharing);
   EXPECT_EQ(files.Opens().size(), opens + 1);
   EXPECT_EQ(files.Opens().back().disposition, 2u);
 }
 
-TEST_F(BrokerCreateFile, ReadingNeedsNoPolicyButWritingDoes) {
+TEST_F(BrokerFileMethodsTest, ReadingNeedsNoPolicyButWritingDoes) {
   files.AddFile(kOutside, "[fonts]");
-  int32_t hr = 0;
-  EXPECT_NE(Open(kOutside, 1, 0, &hr), 0u);
-  EXPECT_EQ(Open(kOutside, 0, 0, &hr), 0u);
-  EXPECT_EQ(hr, kDenied);
-  EXPECT_EQ(Open(kPlayerData + u"\\x.exe", 0, 0, &hr), 0u);
-  EXPECT_EQ(hr, kDenied);
-  EXPECT_EQ(Open(kPlayerData + u"\\missing.sol", 1, 0, &hr), 0u);
-  EXPECT_EQ(hr, kNotFound);
-  files.Unbind(Function::kCreateFile);
-  EXPECT_EQ(Open(kOutside, 1, 0, &hr), 0u);
-  EXPECT_EQ(hr, kFail);
+  EXPECT_NE(Open(kOutside, 1), 0u);
+  EXPECT_EQ(Refusal(kOutside, 0), kDenied);
+  EXPECT_EQ(Refusal(kPlayerData + u"\\x.exe", 0), kDenied);
+  EXPECT_EQ(Refusal(kPlayerData + u"\\missing.sol", 1), kNotFound);
+  files.Unbind(BrokerFilePlatform::Function::kCreateFile);
+  EXPECT_EQ(Refusal(kOutside, 1), kFail);
 }
 
-TEST_F(BrokerCreateFile, WrittenFilesAreMarkedAndEveryCookieKeepsItsPathForSniffing) {
+TEST_F(BrokerFileMethodsTest, WrittenFilesAreMarkedAndEveryCookieKeepsItsPathForSniffing) {
   uint32_t writer = Open(u"<LOCAL_APPDATA>\\Temp\\Low\\x.bin", 0);
   ASSERT_NE(writer, 0u);
-  EXPECT_EQ(marks.Log(), (std::vector<std::string>{"Zone C:\\Users\\a\\AppData\\Local\\Temp\\Low\\x.bin"}));
+  EXPECT_EQ(marks.Log(), (Strings{"Zone C:\\Users\\a\\AppData\\Local\\Temp\\Low\\x.bin"}));
   EXPECT_EQ(*cookies.FindCookie(writer)->filePath, kTempLow + u"\\x.bin");
   files.AddFile(kPlayerData + u"\\a.sol", "abc");
   uint32_t reader = Open(kPlayerData + u"\\a.sol", 1);
@@ -139,7 +80,7 @@ TEST_F(BrokerCreateFile, WrittenFilesAreMarkedAndEveryCookieKeepsItsPathForSniff
   EXPECT_EQ(marks.Log().size(), 1u);
 }
 
-TEST_F(BrokerCreateFile, ALibraryNameTakesOrdinaryDataButNotAnImage) {
+TEST_F(BrokerFileMethodsTest, ALibraryNameTakesOrdinaryDataButNotAnImage) {
   uint32_t cookie = Open(kPlayerData + u"\\cache.dll", 0);
   EXPECT_EQ(Write(cookie, "MZ but not an image"), 0);
   EXPECT_EQ(files.Content(kPlayerData + u"\\cache.dll"), "MZ but not an image");
@@ -152,7 +93,7 @@ TEST_F(BrokerCreateFile, ALibraryNameTakesOrdinaryDataButNotAnImage) {
   EXPECT_EQ(methods.CloseHandle(cookie), kInvalid);
 }
 
-TEST_F(BrokerCreateFileEnterprise, ACallerWithAnIdentityReadsOnlyFilesProtectedToIt) {
+TEST_F(BrokerFileMethodsTest, ACallerWithAnIdentityReadsOnlyFilesProtectedToIt) {
   protection.SetClientIdentities({u"client.example", u"second.example"});
   struct Case {
     const char16_t* name;
@@ -180,25 +121,23 @@ TEST_F(BrokerCreateFileEnterprise, ACallerWithAnIdentityReadsOnlyFilesProtectedT
   EXPECT_EQ(protection.Reverts(), 6);
 }
 
-TEST_F(BrokerCreateFileEnterprise, ACallerWithoutAnIdentityIsKeptFromProtectedFilesOnlyWhenTheServerHasOne) {
+TEST_F(BrokerFileMethodsTest, ACallerWithoutAnIdentityIsKeptFromProtectedFilesOnlyWhenTheServerHasOne) {
   files.AddFile(kOutside, "x");
   protection.AddFile(kOutside);
   protection.SetAnswer(kOutside, Answer::kProtected, u"corp.example");
-  int32_t hr = 0;
   // With no server identities nothing here can be protected, and nobody asks.
-  EXPECT_NE(Open(kOutside, 1, 0, &hr), 0u);
+  EXPECT_NE(Open(kOutside, 1), 0u);
   EXPECT_TRUE(protection.QueriedPaths().empty());
 
   MakeServerIdentities({u"corp.example"});
-  EXPECT_EQ(Open(kOutside, 1, 0, &hr), 0u);
-  EXPECT_EQ(hr, kDenied);
+  EXPECT_EQ(Refusal(kOutside, 1), kDenied);
   protection.SetAnswer(kOutside, Answer::kFailed);
-  EXPECT_NE(Open(kOutside, 1, 0, &hr), 0u);
+  EXPECT_NE(Open(kOutside, 1), 0u);
   protection.SetAnswer(kOutside, Answer::kNotProtected);
-  EXPECT_NE(Open(kOutside, 1, 0, &hr), 0u);
+  EXPECT_NE(Open(kOutside, 1), 0u);
 }
 
-TEST_F(BrokerCreateFileEnterprise, WithoutIdentityServicesOpensFollowThePolicyAlone) {
+TEST_F(BrokerFileMethodsTest, WithoutIdentityServicesOpensFollowThePolicyAlone) {
   protection.SetIdentitiesBound(false);
   protection.SetClientIdentities({u"client.example"});
   MakeServerIdentities({u"corp.example"});
@@ -211,14 +150,14 @@ TEST_F(BrokerCreateFileEnterprise, WithoutIdentityServicesOpensFollowThePolicyAl
   EXPECT_TRUE(protection.Protected().empty());
 }
 
-TEST_F(BrokerCreateFileEnterprise, ASharedObjectIsCreatedAndProtectedToTheCallerBeforeItOpens) {
+TEST_F(BrokerFileMethodsTest, ASharedObjectIsCreatedAndProtectedToTheCallerBeforeItOpens) {
   protection.SetClientIdentities({u"client.example", u"second.example"});
   MakeServerIdentities({u"corp.example"});
   EXPECT_NE(Open(kShared + u"\\new.sol", 0, 1), 0u);
+  // The open itself no longer creates: the file is to keep its protection.
   ASSERT_EQ(files.Opens().size(), 2u);
   EXPECT_EQ(files.Opens()[0].disposition, 2u);
   EXPECT_EQ(files.Opens()[0].flags, 0x10000000u);
-  // The open itself no longer creates: the file is to keep its protection.
   EXPECT_EQ(files.Opens()[1].disposition, 3u);
   ASSERT_EQ(protection.Protected().size(), 1u);
   EXPECT_EQ(protection.Protected()[0].second, u"client.example");
@@ -232,14 +171,12 @@ TEST_F(BrokerCreateFileEnterprise, ASharedObjectIsCreatedAndProtectedToTheCaller
 
   // A failed protection is the answer; elsewhere the policy alone decides.
   protection.SetProtectResult(static_cast<int32_t>(0x80071771));
-  int32_t hr = 0;
-  EXPECT_EQ(Open(kShared + u"\\third.sol", 0, 0, &hr), 0u);
-  EXPECT_EQ(hr, static_cast<int32_t>(0x80071771));
-  EXPECT_NE(Open(kPlayerData + u"\\plain.sol", 0, 0, &hr), 0u);
+  EXPECT_EQ(Refusal(kShared + u"\\third.sol", 0), static_cast<int32_t>(0x80071771));
+  EXPECT_NE(Open(kPlayerData + u"\\plain.sol", 0), 0u);
   EXPECT_EQ(files.Opens().back().disposition, 4u);
 }
 
-TEST_F(BrokerFileHandles, AChosenFileOpensOnItsFirstSeekAndIsNeverReadBeforeThat) {
+TEST_F(BrokerFileMethodsTest, AChosenFileOpensOnItsFirstSeekAndIsNeverReadBeforeThat) {
   auto open = std::make_unique<DeferredOpen>();
   open->desiredAccess = 0x40000000;
   open->creationDisposition = 2;
@@ -256,7 +193,7 @@ TEST_F(BrokerFileHandles, AChosenFileOpensOnItsFirstSeekAndIsNeverReadBeforeThat
   EXPECT_EQ(files.OpenHandles(), 0u);
 }
 
-TEST_F(BrokerFileHandles, TheSeekDistanceIsKeptWhateverTheMethodAndFailuresComeFromThePlatform) {
+TEST_F(BrokerFileMethodsTest, TheSeekDistanceIsKeptWhateverTheMethodAndFailuresComeFromThePlatform) {
   files.AddFile(kPlayerData + u"\\a.sol", std::string(100, 'a'));
   uint32_t cookie = Open(kPlayerData + u"\\a.sol", 0);
   uint32_t position = 0;
@@ -268,7 +205,7 @@ TEST_F(BrokerFileHandles, TheSeekDistanceIsKeptWhateverTheMethodAndFailuresComeF
   EXPECT_EQ(methods.SetFilePointer(cookie, 0, 0, nullptr), kInvalid);
 }
 
-TEST_F(BrokerReadWrite, AReadKeepsTheLengthAskedForAndSaysHowMuchCounts) {
+TEST_F(BrokerFileMethodsTest, AReadKeepsTheLengthAskedForAndSaysHowMuchCounts) {
   files.AddFile(kPlayerData + u"\\a.sol", "hello");
   uint32_t cookie = Open(kPlayerData + u"\\a.sol", 1);
   uint32_t read = 0;
@@ -288,7 +225,7 @@ TEST_F(BrokerReadWrite, AReadKeepsTheLengthAskedForAndSaysHowMuchCounts) {
   EXPECT_NE(data, nullptr);
 }
 
-TEST_F(BrokerReadWrite, AFailedReadDestroysTheArray) {
+TEST_F(BrokerFileMethodsTest, AFailedReadDestroysTheArray) {
   // A write-only cookie can't read back what it wrote.
   uint32_t writer = Open(kPlayerData + u"\\w.sol", 0);
   uint32_t read = 0;
@@ -300,7 +237,7 @@ TEST_F(BrokerReadWrite, AFailedReadDestroysTheArray) {
   EXPECT_EQ(methods.ReadFile(writer, 17, &read, &data), kFail);
 }
 
-TEST_F(BrokerReadWrite, OnlyAWellFormedArrayIsWritten) {
+TEST_F(BrokerFileMethodsTest, OnlyAWellFormedArrayIsWritten) {
   uint32_t cookie = Open(kPlayerData + u"\\w.sol", 0);
   uint32_t written = 9;
   EXPECT_EQ(methods.WriteFile(cookie, files.MakeArray("ab", 2), &written), kFail);
@@ -313,7 +250,7 @@ TEST_F(BrokerReadWrite, OnlyAWellFormedArrayIsWritten) {
   EXPECT_EQ(files.Content(kPlayerData + u"\\w.sol"), "");
 }
 
-TEST_F(BrokerPathChanges, DeletionsOutsideTheRootsFailPlainlyAndNeedNoExtension) {
+TEST_F(BrokerFileMethodsTest, DeletionsOutsideTheRootsFailPlainlyAndNeedNoExtension) {
   files.AddFile(kOutside, "x");
   EXPECT_EQ(methods.DeleteFile(kOutside.c_str()), kFail);
   EXPECT_TRUE(files.Exists(kOutside));
@@ -324,7 +261,7 @@ TEST_F(BrokerPathChanges, DeletionsOutsideTheRootsFailPlainlyAndNeedNoExtension)
   EXPECT_EQ(methods.RemoveDirectory((kPlayerData + u"\\www.halcyonics.example").c_str()), kFail);
 }
 
-TEST_F(BrokerPathChanges, AMoveHoldsTheTargetsDirectoryAndPassesItsFlags) {
+TEST_F(BrokerFileMethodsTest, AMoveHoldsTheTargetsDirectoryAndPassesItsFlags) {
   files.AddFile(kPlayerData + u"\\a.sol", "data");
   EXPECT_EQ(methods.MoveFileEx((kPlayerData + u"\\a.sol").c_str(), (kShared + u"\\b.sol").c_str(), 9), 0);
   EXPECT_EQ(files.Content(kShared + u"\\b.sol"), "data");
@@ -337,7 +274,7 @@ TEST_F(BrokerPathChanges, AMoveHoldsTheTargetsDirectoryAndPassesItsFlags) {
   EXPECT_EQ(files.OpenHandles(), 0u);
 }
 
-TEST_F(BrokerPathChanges, MovesRefuseStrayFlagsDirectoriesMissingFilesAndForeignPaths) {
+TEST_F(BrokerFileMethodsTest, MovesRefuseStrayFlagsDirectoriesMissingFilesAndForeignPaths) {
   files.AddFile(kPlayerData + u"\\a.sol", "data");
   std::u16string from = kPlayerData + u"\\a.sol";
   std::u16string to = kPlayerData + u"\\b.sol";
@@ -351,7 +288,7 @@ TEST_F(BrokerPathChanges, MovesRefuseStrayFlagsDirectoriesMissingFilesAndForeign
   EXPECT_TRUE(files.Opens().empty());
 }
 
-TEST_F(BrokerListing, ASearchListsEntriesUntilTheEndOfTheListing) {
+TEST_F(BrokerFileMethodsTest, ASearchListsEntriesUntilTheEndOfTheListing) {
   files.AddFile(kPlayerData + u"\\a.sol", "a");
   std::u16string leaf;
   uint32_t attributes = 0;
@@ -365,14 +302,14 @@ TEST_F(BrokerListing, ASearchListsEntriesUntilTheEndOfTheListing) {
   EXPECT_EQ(methods.FindFirstFile(nullptr, &leaf, &attributes, &cookie), kInvalid);
 }
 
-TEST_F(BrokerListing, FindCloseOnAFileCookieHandsTheFileHandleOnAndFreesTheCookie) {
+TEST_F(BrokerFileMethodsTest, FindCloseOnAFileCookieHandsTheFileHandleOnAndFreesTheCookie) {
   uint32_t cookie = Open(kPlayerData + u"\\a.sol", 0);
   EXPECT_EQ(methods.FindClose(cookie), static_cast<int32_t>(0x80070006));
   EXPECT_EQ(cookies.FindCookie(cookie), nullptr);
   EXPECT_EQ(files.OpenHandles(), 1u);
 }
 
-TEST_F(BrokerListing, HistoryIsDeletedAndTheFolderMadeAgainEmpty) {
+TEST_F(BrokerFileMethodsTest, HistoryIsDeletedAndTheFolderMadeAgainEmpty) {
   files.AddFile(kShared + u"\\x.sol", "x");
   EXPECT_EQ(methods.DeleteBrowsingHistory(kPlayerData.c_str()), 0);
   std::u16string expected = kPlayerData + u"\\#SharedObjects";
@@ -390,22 +327,22 @@ TEST_F(BrokerListing, HistoryIsDeletedAndTheFolderMadeAgainEmpty) {
   EXPECT_EQ(methods.DeleteBrowsingHistory(u"C:\\Windows"), kFail);
 }
 
-TEST_F(BrokerMarkFileUnsafe, TheAttachmentServicesGetThePathAndWhicheverUrlsWereGiven) {
+TEST_F(BrokerFileMethodsTest, TheAttachmentServicesGetThePathAndWhicheverUrlsWereGiven) {
   EXPECT_EQ(methods.MarkFileUnsafe(kOutside.c_str(), u"http://a.example/f", u"http://b.example/"), 0);
-  EXPECT_EQ(marks.Log(), (std::vector<std::string>{"Initialize", "Create 1", "LocalPath C:\\Windows\\win.ini",
-                                                   "Referrer http://b.example/", "Source http://a.example/f", "Save",
-                                                   "Release", "Uninitialize"}));
+  EXPECT_EQ(marks.Log(),
+            (Strings{"Initialize", "Create 1", "LocalPath C:\\Windows\\win.ini", "Referrer http://b.example/",
+                     "Source http://a.example/f", "Save", "Release", "Uninitialize"}));
   marks.SetSaveResult(kDenied);
   EXPECT_EQ(methods.MarkFileUnsafe(kOutside.c_str(), u"", nullptr), kDenied);
   EXPECT_EQ(marks.Log().size(), 14u);
 }
 
-TEST_F(BrokerMarkFileUnsafe, FailuresBeforeSavingAreTheAnswer) {
+TEST_F(BrokerFileMethodsTest, FailuresBeforeSavingAreTheAnswer) {
   EXPECT_EQ(methods.MarkFileUnsafe(nullptr, u"", u""), kInvalid);
   marks.SetInitializeResult(static_cast<int32_t>(0x80010106));
   EXPECT_EQ(methods.MarkFileUnsafe(kOutside.c_str(), u"", u""), static_cast<int32_t>(0x80010106));
   marks.SetInitializeResult(1);
   marks.SetCreateResult(static_cast<int32_t>(0x80040154));
   EXPECT_EQ(methods.MarkFileUnsafe(kOutside.c_str(), u"", u""), static_cast<int32_t>(0x80040154));
-  EXPECT_EQ(marks.Log(), (std::vector<std::string>{"Initialize", "Initialize", "Create 1", "Uninitialize"}));
+  EXPECT_EQ(marks.Log(), (Strings{"Initialize", "Initialize", "Create 1", "Uninitialize"}));
 }

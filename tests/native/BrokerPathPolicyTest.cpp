@@ -1,45 +1,19 @@
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "broker/BrokerPathPolicy.h"
-#include "tests/fakes/FakePathPlatform.h"
+#include "tests/native/BrokerTestWorld.h"
 
-using SASM::BrokerPathPolicy;
-using SASM::FakePathPlatform;
-using SASM::MString;
+using namespace SASM;
 
 namespace {
-
-const std::u16string kRoaming = u"C:\\Users\\a\\AppData\\Roaming";
-const std::u16string kLocal = u"C:\\Users\\a\\AppData\\Local";
-const std::u16string kPlayerData = kRoaming + u"\\Halcyonics\\Lumen Player";
-const std::u16string kVendor = kRoaming + u"\\Corva\\Lumen Player";
-const std::u16string kSettings = kPlayerData + u"\\www.halcyonics.example";
-const std::u16string kTemp = kLocal + u"\\Temp";
-// The forms the policy compares against.
-const std::u16string kPlayerDataUpper = u"C:\\USERS\\A\\APPDATA\\ROAMING\\HALCYONICS\\LUMEN PLAYER";
-const std::u16string kVendorUpper = u"C:\\USERS\\A\\APPDATA\\ROAMING\\CORVA\\LUMEN PLAYER";
 
 std::string Text(const MString& text) { return text.IsNull() ? "<null>" : text.ToUtf8(); }
 std::string Text(const std::u16string& text) { return MString(text).ToUtf8(); }
 
 // A user profile on drive C: with the player's folders in place, and a broker in server mode.
-class PolicyWorld : public ::testing::Test {
+class BrokerPathPolicyTest : public ::testing::Test {
  protected:
-  PolicyWorld() {
-    platform.SetFolder(26, kRoaming + u"\\");
-    platform.SetFolder(28, kLocal);
-    platform.SetFolder(37, u"C:\\Windows\\system32");
-    platform.SetFolder(41, u"C:\\Windows\\SysWOW64");
-    platform.SetTempPath(kTemp + u"\\");
-    platform.AddDirectory(kPlayerData + u"\\#SharedObjects\\abc");
-    platform.AddDirectory(kSettings);
-    platform.AddDirectory(kVendor);
-    platform.AddDirectory(kLocal + u"\\Halcyonics\\Lumen Player");
-    platform.AddDirectory(kTemp + u"\\Low");
-    platform.AddDirectory(u"C:\\Windows\\System32");
-  }
+  BrokerPathPolicyTest() { AddProfile(platform); }
 
   bool Writable(const std::u16string& path, bool requireExtension = true) {
     return policy.IsWritableDataPath(path.c_str(), requireExtension, nullptr);
@@ -49,15 +23,9 @@ class PolicyWorld : public ::testing::Test {
   BrokerPathPolicy policy{platform, true};
 };
 
-class BrokerPathPolicySanitize : public PolicyWorld {};
-class BrokerPathPolicyWritable : public PolicyWorld {};
-class BrokerPathPolicyLinks : public PolicyWorld {};
-class BrokerPathPolicyShortNames : public PolicyWorld {};
-class BrokerPathPolicyOtherTests : public PolicyWorld {};
-
 }  // namespace
 
-TEST_F(BrokerPathPolicySanitize, CanonicalisesAndUpperCases) {
+TEST_F(BrokerPathPolicyTest, CanonicalisesAndUpperCases) {
   EXPECT_EQ(Text(policy.SanitizePath(u"c:\\users\\a\\work\\..\\notes/x.sol", true)), "C:\\USERS\\A\\NOTES\\X.SOL");
   EXPECT_EQ(Text(policy.SanitizePath(u"c:\\users\\a\\work\\..\\notes/x.sol", false)), "c:\\users\\a\\notes\\x.sol");
   EXPECT_TRUE(policy.SanitizePath(nullptr, true).IsNull());
@@ -67,7 +35,7 @@ TEST_F(BrokerPathPolicySanitize, CanonicalisesAndUpperCases) {
   EXPECT_EQ(Text(policy.SanitizePath(u"\\\\?\\c:\\x", true)), "C:\\X");
 }
 
-TEST_F(BrokerPathPolicySanitize, ForbiddenCharactersAndStrayColonsAreRefused) {
+TEST_F(BrokerPathPolicyTest, ForbiddenCharactersAndStrayColonsAreRefused) {
   // Only a drive letter may carry a colon: this keeps stream names out.
   for (const char16_t* path :
        {u"C:\\A\\B*.SOL", u"C:\\A\\B?.SOL", u"C:\\A\\B\".SOL", u"C:\\A\\B|.SOL", u"C:\\A\\B<.SOL", u"C:\\A\\B>.SOL",
@@ -78,7 +46,7 @@ TEST_F(BrokerPathPolicySanitize, ForbiddenCharactersAndStrayColonsAreRefused) {
   }
 }
 
-TEST_F(BrokerPathPolicySanitize, ComponentsMayNeitherBeginNorEndWithADotSoDevicesFailToo) {
+TEST_F(BrokerPathPolicyTest, ComponentsMayNeitherBeginNorEndWithADotSoDevicesFailToo) {
   // The fake, like the platform, keeps a trailing dot on an inner folder, leaves long paths
   // alone and turns device names into "\\.\" paths.
   for (const char16_t* path : {u"C:\\A\\B.\\X.SOL", u"C:\\A\\.CONFIG\\X.SOL", u"\\\\?\\C:\\A\\..\\X.SOL",
@@ -91,7 +59,7 @@ TEST_F(BrokerPathPolicySanitize, ComponentsMayNeitherBeginNorEndWithADotSoDevice
   EXPECT_EQ(Text(policy.SanitizePath(u"C:\\A\\.config\\x.sol", false)), "C:\\A\\.config\\x.sol");
 }
 
-TEST_F(BrokerPathPolicySanitize, CanonicalisationRepeatsUntilItIsStable) {
+TEST_F(BrokerPathPolicyTest, CanonicalisationRepeatsUntilItIsStable) {
   platform.SetFullPath(u"C:\\A", u"C:\\B");
   platform.SetFullPath(u"C:\\B", u"C:\\C");
   EXPECT_EQ(Text(policy.SanitizePath(u"C:\\A", true)), "C:\\C");
@@ -103,12 +71,12 @@ TEST_F(BrokerPathPolicySanitize, CanonicalisationRepeatsUntilItIsStable) {
   EXPECT_EQ(platform.FullPathCalls() - before, 100);
 }
 
-TEST_F(BrokerPathPolicySanitize, FullPathMustFitInTheBuffer) {
+TEST_F(BrokerPathPolicyTest, FullPathMustFitInTheBuffer) {
   EXPECT_EQ(policy.SanitizePath((u"C:\\" + std::u16string(1036, u'A')).c_str(), true).Length(), 1039);
   EXPECT_TRUE(policy.SanitizePath((u"C:\\" + std::u16string(1037, u'A')).c_str(), true).IsNull());
 }
 
-TEST_F(BrokerPathPolicySanitize, UnboundUpperCaseRefusesEverything) {
+TEST_F(BrokerPathPolicyTest, UnboundUpperCaseRefusesEverything) {
   platform.SetUpperCaseBound(false);
   EXPECT_TRUE(policy.SanitizePath(u"C:\\X", false).IsNull());
   EXPECT_FALSE(Writable(kPlayerData + u"\\x.sol"));
@@ -151,7 +119,7 @@ TEST(BrokerPathPolicyRules, UncServerRootIsABareServerName) {
   }
 }
 
-TEST_F(BrokerPathPolicyWritable, PlayerAndVendorDataNeedAListedExtensionWhenAsked) {
+TEST_F(BrokerPathPolicyTest, PlayerAndVendorDataNeedAListedExtensionWhenAsked) {
   EXPECT_TRUE(Writable(kPlayerData + u"\\x.sol"));
   EXPECT_TRUE(Writable(kVendor + u"\\x.ico"));
   EXPECT_FALSE(Writable(kPlayerDataUpper + u"\\X.EXE"));
@@ -165,13 +133,7 @@ TEST_F(BrokerPathPolicyWritable, PlayerAndVendorDataNeedAListedExtensionWhenAske
   EXPECT_EQ(policy.BrokerIsWritablePath(nullptr, 0), static_cast<int32_t>(0x80004005));
 }
 
-TEST_F(BrokerPathPolicyWritable, TrailingDotsAndDotFoldersAreRefused) {
-  EXPECT_FALSE(Writable(u"\\\\?\\" + kPlayerDataUpper + u"\\X.SOL."));
-  EXPECT_FALSE(Writable(kRoaming + u"\\Halcyonics\\Lumen Player.\\x.sol", false));
-  EXPECT_FALSE(Writable(kPlayerData + u"\\.hidden\\x.sol", false));
-}
-
-TEST_F(BrokerPathPolicyWritable, SettingsDirectoryIsRefusedWhateverTheExtension) {
+TEST_F(BrokerPathPolicyTest, SettingsDirectoryIsRefusedWhateverTheExtension) {
   EXPECT_FALSE(Writable(kSettings + u"\\x.sol"));
   EXPECT_FALSE(Writable(kSettings + u"\\x.sol", false));
   EXPECT_FALSE(Writable(kSettings, false));
@@ -179,9 +141,11 @@ TEST_F(BrokerPathPolicyWritable, SettingsDirectoryIsRefusedWhateverTheExtension)
   EXPECT_TRUE(Writable(kSettings + u"2\\x.sol"));
 }
 
-TEST_F(BrokerPathPolicyWritable, EscapesForeignFoldersStreamsAndMissingParentsAreRefused) {
+TEST_F(BrokerPathPolicyTest, EscapesForeignFoldersStreamsMissingParentsTrailingDotsAndDotFoldersAreRefused) {
+  EXPECT_FALSE(Writable(u"\\\\?\\" + kPlayerDataUpper + u"\\X.SOL."));
   for (const std::u16string& path :
-       {kPlayerData + u"\\..\\..\\x.sol", kPlayerData + u"2\\x.sol", kRoaming + u"\\x.sol",
+       {kRoaming + u"\\Halcyonics\\Lumen Player.\\x.sol", kPlayerData + u"\\.hidden\\x.sol",
+        kPlayerData + u"\\..\\..\\x.sol", kPlayerData + u"2\\x.sol", kRoaming + u"\\x.sol",
         std::u16string(u"C:\\Windows\\x.sol"), std::u16string(u"x.sol"), kPlayerData + u"\\x.sol:evil.exe",
         kPlayerData + u"\\x.sol::$DATA", kPlayerData + u"\\NoSuchFolder\\x.sol",
         std::u16string(u"\\\\?\\UNC\\server\\share\\x.sol")}) {
@@ -189,7 +153,7 @@ TEST_F(BrokerPathPolicyWritable, EscapesForeignFoldersStreamsAndMissingParentsAr
   }
 }
 
-TEST_F(BrokerPathPolicyWritable, TempRootIsTheLowFolderInServerModeAndTakesAnyExtension) {
+TEST_F(BrokerPathPolicyTest, TempRootIsTheLowFolderInServerModeAndTakesAnyExtension) {
   EXPECT_TRUE(Writable(kTemp + u"\\Low\\x.exe"));
   EXPECT_FALSE(Writable(kTemp + u"\\x.exe"));
 
@@ -204,7 +168,7 @@ TEST_F(BrokerPathPolicyWritable, TempRootIsTheLowFolderInServerModeAndTakesAnyEx
   EXPECT_TRUE(nestedPolicy.IsWritableDataPath((kPlayerData + u"\\Temp\\x.tmp").c_str(), true, nullptr));
 }
 
-TEST_F(BrokerPathPolicyWritable, LocalAppDataTokenIsWritableOnlyWithLocalPlayerData) {
+TEST_F(BrokerPathPolicyTest, LocalAppDataTokenIsWritableOnlyWithLocalPlayerData) {
   const char16_t* path = u"<LOCAL_APPDATA>\\Halcyonics\\Lumen Player\\x.sol";
   EXPECT_EQ(Text(policy.ExpandBrokerPath(path)), Text(kLocal + u"\\Halcyonics\\Lumen Player\\x.sol"));
   EXPECT_NE(policy.BrokerIsWritablePath(path, 1), 0);
@@ -220,7 +184,7 @@ TEST_F(BrokerPathPolicyWritable, LocalAppDataTokenIsWritableOnlyWithLocalPlayerD
   EXPECT_EQ(policy.ExpandBrokerPath(longPath.c_str()).View(), longPath);
 }
 
-TEST_F(BrokerPathPolicyWritable, UncLongFormIsJudgedAsItsUncPath) {
+TEST_F(BrokerPathPolicyTest, UncLongFormIsJudgedAsItsUncPath) {
   FakePathPlatform share;
   share.SetFolder(26, u"\\\\server\\profiles\\a\\Roaming");
   share.SetTempPath(kTemp + u"\\");
@@ -231,7 +195,7 @@ TEST_F(BrokerPathPolicyWritable, UncLongFormIsJudgedAsItsUncPath) {
   EXPECT_FALSE(sharePolicy.IsWritableDataPath(u"\\\\?\\UNC\\server\\other\\x.sol", false, nullptr));
 }
 
-TEST_F(BrokerPathPolicyWritable, RootsComeFromTheRegistryWhenTheShellFails) {
+TEST_F(BrokerPathPolicyTest, RootsComeFromTheRegistryWhenTheShellFails) {
   FakePathPlatform bare;
   bare.SetTempPath(kTemp + u"\\");
   bare.AddDirectory(kPlayerData);
@@ -243,7 +207,7 @@ TEST_F(BrokerPathPolicyWritable, RootsComeFromTheRegistryWhenTheShellFails) {
   EXPECT_TRUE(barePolicy.IsWritableDataPath((kPlayerData + u"\\x.sol").c_str(), true, nullptr));
 }
 
-TEST_F(BrokerPathPolicyWritable, RootsAreKeptForTheLifeOfThePolicy) {
+TEST_F(BrokerPathPolicyTest, RootsAreKeptForTheLifeOfThePolicy) {
   EXPECT_TRUE(Writable(kPlayerData + u"\\x.sol"));
   platform.SetFolder(26, u"D:\\Profile");
   platform.AddDirectory(u"D:\\Profile\\Halcyonics\\Lumen Player");
@@ -251,7 +215,7 @@ TEST_F(BrokerPathPolicyWritable, RootsAreKeptForTheLifeOfThePolicy) {
   EXPECT_FALSE(Writable(u"D:\\Profile\\Halcyonics\\Lumen Player\\x.sol"));
 }
 
-TEST_F(BrokerPathPolicyWritable, SharedFlagFollowsThePathWhateverTheResult) {
+TEST_F(BrokerPathPolicyTest, SharedFlagFollowsThePathWhateverTheResult) {
   bool shared = false;
   EXPECT_TRUE(policy.IsWritableDataPath((kPlayerData + u"\\#SharedObjects\\abc\\x.sol").c_str(), true, &shared));
   EXPECT_TRUE(shared);
@@ -261,7 +225,7 @@ TEST_F(BrokerPathPolicyWritable, SharedFlagFollowsThePathWhateverTheResult) {
   EXPECT_FALSE(shared);
 }
 
-TEST_F(BrokerPathPolicyOtherTests, SharedObjectsIncludeHashFoldersOfTheSupportArea) {
+TEST_F(BrokerPathPolicyTest, SharedObjectsIncludeHashFoldersOfTheSupportArea) {
   EXPECT_FALSE(policy.IsSharedObjectsPath((kPlayerDataUpper + u"\\#SHAREDOBJECTS\\X").c_str()));  // no root yet
   ASSERT_TRUE(Writable(kPlayerData + u"\\x.sol"));
   const std::u16string sys = kPlayerDataUpper + u"\\WWW.HALCYONICS.EXAMPLE\\SUPPORT\\LUMENPLAYER\\SYS";
@@ -274,7 +238,7 @@ TEST_F(BrokerPathPolicyOtherTests, SharedObjectsIncludeHashFoldersOfTheSupportAr
   EXPECT_FALSE(policy.IsSharedObjectsPath((kPlayerDataUpper + u"\\#SHAREDOBJECTSX\\X").c_str()));
 }
 
-TEST_F(BrokerPathPolicyLinks, LinkOutOfARootIsJudgedByItsTarget) {
+TEST_F(BrokerPathPolicyTest, LinkOutOfARootIsJudgedByItsTarget) {
   platform.AddSymbolicLink(kPlayerData + u"\\Escape", u"C:\\Windows\\System32");
   MString target;
   EXPECT_TRUE(policy.ResolveAllLinks((kPlayerDataUpper + u"\\ESCAPE\\X.SOL").c_str(), target));
@@ -288,14 +252,14 @@ TEST_F(BrokerPathPolicyLinks, LinkOutOfARootIsJudgedByItsTarget) {
   EXPECT_TRUE(Writable(kPlayerData + u"\\x.sol"));
 }
 
-TEST_F(BrokerPathPolicyLinks, LinkTargetIsNotSanitisedAgain) {
+TEST_F(BrokerPathPolicyTest, LinkTargetIsNotSanitisedAgain) {
   platform.AddSymbolicLink(kPlayerData + u"\\Upper", kVendorUpper);
   platform.AddSymbolicLink(kPlayerData + u"\\Mixed", kVendor);
   EXPECT_TRUE(Writable(kPlayerData + u"\\Upper\\x.sol"));
   EXPECT_FALSE(Writable(kPlayerData + u"\\Mixed\\x.sol"));
 }
 
-TEST_F(BrokerPathPolicyLinks, ChainsAndMountPointsAreFollowedIntoTheSettingsDirectory) {
+TEST_F(BrokerPathPolicyTest, ChainsAndMountPointsAreFollowedIntoTheSettingsDirectory) {
   platform.AddSymbolicLink(kVendor + u"\\One", kPlayerDataUpper + u"\\TWO");
   platform.AddReparsePoint(
       kPlayerData + u"\\Two",
@@ -305,7 +269,7 @@ TEST_F(BrokerPathPolicyLinks, ChainsAndMountPointsAreFollowedIntoTheSettingsDire
   EXPECT_TRUE(Writable(kVendor + u"\\x.sol"));
 }
 
-TEST_F(BrokerPathPolicyLinks, CycleCountsAsNoLink) {
+TEST_F(BrokerPathPolicyTest, CycleCountsAsNoLink) {
   platform.AddSymbolicLink(kPlayerData + u"\\A", kPlayerDataUpper + u"\\B");
   platform.AddSymbolicLink(kPlayerData + u"\\B", kPlayerDataUpper + u"\\A");
   MString target(u"stale");
@@ -314,7 +278,7 @@ TEST_F(BrokerPathPolicyLinks, CycleCountsAsNoLink) {
   EXPECT_TRUE(Writable(kPlayerData + u"\\A\\x.sol"));
 }
 
-TEST_F(BrokerPathPolicyLinks, ChainLongerThanTheHistoryCountsAsNoLink) {
+TEST_F(BrokerPathPolicyTest, ChainLongerThanTheHistoryCountsAsNoLink) {
   for (int i = 0; i < 40; ++i) {
     std::u16string next =
         i == 39 ? u"C:\\WINDOWS\\SYSTEM32" : kPlayerDataUpper + u"\\L" + MString::FromNumber(i + 1).ToU16();
@@ -324,7 +288,7 @@ TEST_F(BrokerPathPolicyLinks, ChainLongerThanTheHistoryCountsAsNoLink) {
   EXPECT_FALSE(Writable(kPlayerData + u"\\L37\\x.sol"));
 }
 
-TEST_F(BrokerPathPolicyLinks, ReparsePointWithoutAUsableNameIsNoLinkButAnUnopenableOneRefuses) {
+TEST_F(BrokerPathPolicyTest, ReparsePointWithoutAUsableNameIsNoLinkButAnUnopenableOneRefuses) {
   platform.AddReparsePoint(kPlayerData + u"\\Dedup", FakePathPlatform::ReparseData(0x80000013, u"\\??\\D:\\X", u""));
   std::vector<uint8_t> truncated =
       FakePathPlatform::ReparseData(FakePathPlatform::kTagSymbolicLink, u"\\??\\D:\\Outside", u"");
@@ -341,7 +305,7 @@ TEST_F(BrokerPathPolicyLinks, ReparsePointWithoutAUsableNameIsNoLinkButAnUnopena
   EXPECT_EQ(platform.OpenHandles(), 0u);
 }
 
-TEST_F(BrokerPathPolicyLinks, ObjectManagerLinkIsReadUnderGlobalRoot) {
+TEST_F(BrokerPathPolicyTest, ObjectManagerLinkIsReadUnderGlobalRoot) {
   platform.AddLinkObject(u"\\Device\\Lumen", u"\\??\\C:\\Outside");
   MString target;
   EXPECT_TRUE(policy.ResolveOneLink(u"\\\\?\\globalroot\\DEVICE\\LUMEN", target));
@@ -349,7 +313,7 @@ TEST_F(BrokerPathPolicyLinks, ObjectManagerLinkIsReadUnderGlobalRoot) {
   EXPECT_EQ(platform.OpenHandles(), 0u);
 }
 
-TEST_F(BrokerPathPolicyLinks, BareServerNameEndsTheWalkButAMissingShareRefuses) {
+TEST_F(BrokerPathPolicyTest, BareServerNameEndsTheWalkButAMissingShareRefuses) {
   MString target;
   EXPECT_FALSE(policy.ResolveOneLink(u"\\\\SERVER\\SHARE\\X.SOL", target));
   platform.AddDirectory(u"\\\\SERVER\\SHARE");
@@ -357,14 +321,14 @@ TEST_F(BrokerPathPolicyLinks, BareServerNameEndsTheWalkButAMissingShareRefuses) 
   EXPECT_TRUE(target.IsNull());
 }
 
-TEST_F(BrokerPathPolicyShortNames, ShortNameCannotSlipIntoTheSettingsDirectory) {
+TEST_F(BrokerPathPolicyTest, ShortNameCannotSlipIntoTheSettingsDirectory) {
   platform.AddShortName(kPlayerDataUpper + u"\\WWWHAL~1", kPlayerDataUpper + u"\\WWW.HALCYONICS.EXAMPLE");
   platform.AddShortName(u"C:\\USERS\\A\\APPDATA\\ROAMING\\HALCYO~1", u"C:\\USERS\\A\\APPDATA\\ROAMING\\HALCYONICS");
   EXPECT_FALSE(Writable(kPlayerData + u"\\WWWHAL~1\\x.sol"));
   EXPECT_TRUE(Writable(kRoaming + u"\\HALCYO~1\\Lumen Player\\x.sol"));
 }
 
-TEST_F(BrokerPathPolicyShortNames, LongFormIsJudgedInTheCaseTheFileSystemGives) {
+TEST_F(BrokerPathPolicyTest, LongFormIsJudgedInTheCaseTheFileSystemGives) {
   // The long form keeps the case on disk and isn't upper-cased again: a root name in mixed
   // case no longer matches, and neither does a settings directory stored in lower case.
   platform.AddShortName(u"C:\\USERS\\A\\APPDATA\\ROAMING\\HALCYO~1", u"C:\\USERS\\A\\APPDATA\\ROAMING\\Halcyonics");
@@ -373,7 +337,7 @@ TEST_F(BrokerPathPolicyShortNames, LongFormIsJudgedInTheCaseTheFileSystemGives) 
   EXPECT_TRUE(Writable(kPlayerData + u"\\WWWHAL~1\\x.sol"));
 }
 
-TEST_F(BrokerPathPolicyShortNames, LongPathIsNullWithoutAChangeOfLength) {
+TEST_F(BrokerPathPolicyTest, LongPathIsNullWithoutAChangeOfLength) {
   platform.AddDirectory(kPlayerDataUpper + u"\\ABC DEFG");
   platform.AddShortName(kPlayerDataUpper + u"\\ABCDEF~1", kPlayerDataUpper + u"\\ABC DEFG");
   platform.AddShortName(kPlayerDataUpper + u"\\HASHSH~1", kPlayerDataUpper + u"\\#SHAREDOBJECTS");
@@ -385,7 +349,7 @@ TEST_F(BrokerPathPolicyShortNames, LongPathIsNullWithoutAChangeOfLength) {
   EXPECT_TRUE(policy.TryGetLongPath((kPlayerDataUpper + u"\\HASHSH~1\\" + std::u16string(200, u'F')).c_str()).IsNull());
 }
 
-TEST_F(BrokerPathPolicyOtherTests, CreatableDirectoriesAreTheVendorFoldersOfTheProfile) {
+TEST_F(BrokerPathPolicyTest, CreatableDirectoriesAreTheVendorFoldersOfTheProfile) {
   EXPECT_TRUE(policy.IsCreatableDirectory((kRoaming + u"\\Halcyonics\\New").c_str()));
   EXPECT_TRUE(policy.IsCreatableDirectory((kRoaming + u"\\Corva").c_str()));
   EXPECT_FALSE(policy.IsCreatableDirectory((kRoaming + u"\\HalcyonicsX").c_str()));
@@ -402,7 +366,7 @@ TEST_F(BrokerPathPolicyOtherTests, CreatableDirectoriesAreTheVendorFoldersOfTheP
   EXPECT_TRUE(localPolicy.IsCreatableDirectory((kRoaming + u"\\Corva\\New").c_str()));
 }
 
-TEST_F(BrokerPathPolicyOtherTests, SearchesAreJudgedByTheFolderBeforeThePattern) {
+TEST_F(BrokerPathPolicyTest, SearchesAreJudgedByTheFolderBeforeThePattern) {
   platform.AddFile(kVendor + u"\\x.sol");
   for (const std::u16string& path :
        {kRoaming + u"\\Corva\\*.sol", kRoaming + u"\\Other\\*", kVendor + u"\\x.sol", kTemp + u"\\Low\\*",

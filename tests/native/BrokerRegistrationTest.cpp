@@ -1,11 +1,10 @@
-#include "broker/BrokerRegistration.h"
-
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
 #include "broker/BrokerIdentities.h"
+#include "broker/BrokerRegistration.h"
 #include "tests/fakes/FakeRegistry.h"
 
 using SASM::BrokerRegistration;
@@ -59,52 +58,41 @@ class BrokerRegistrationTest : public ::testing::Test {
 
 }  // namespace
 
-TEST_F(BrokerRegistrationTest, InstallWritesSeventeenValuesInOrder) {
+TEST_F(BrokerRegistrationTest, InstallWritesSeventeenValuesInOrderNamingTheServerTheLibraryAndTheMarshaller) {
   BrokerRegistration::WriteBrokerRegistration(registry, kServer, true);
-  const std::string c = "HKLM\\" + Utf8(kClass), i = "HKLM\\" + Utf8(kInterface), t = "HKLM\\" + Utf8(kLibrary),
-                    e = "HKLM\\" + Utf8(kPolicy);
-  std::vector<std::string> expected = {
-      "SetNarrowString " + c + " [] 0",
-      "SetNarrowString " + c + "\\LocalServer32 [] 0",
-      "SetNarrowString " + c + "\\TypeLib [] 0",
-      "SetNarrowString " + c + " [LocalizedString] 0",
-      "SetDword " + c + "\\Elevation [Enabled] 0",
-      "SetNarrowString " + i + " [] 0",
-      "SetNarrowString " + i + "\\ProxyStubClsid32 [] 0",
-      "SetNarrowString " + i + "\\TypeLib [] 0",
-      "SetNarrowString " + i + "\\TypeLib [Version] 0",
-      "SetNarrowString " + t + " [] 0",
-      "SetNarrowString " + t + "\\1.0 [] 0",
-      "SetNarrowString " + t + "\\1.0\\FLAGS [] 0",
-      "SetNarrowString " + t + "\\1.0\\HELPDIR [] 0",
-      "SetNarrowString " + t + "\\1.0\\0\\win32 [] 0",
-      "SetDword " + e + " [Policy] 0",
-      "SetNarrowString " + e + " [AppPath] 0",
-      "SetNarrowString " + e + " [AppName] 0",
+  const std::string server = kServer, library = "{FAB3E735-69C7-453B-A446-B6823C6DF1C9}";
+  const struct {
+    std::u16string key;
+    const char16_t* name;
+    std::string value;  // a number for the DWORDs
+    bool dword = false;
+  } rows[] = {
+      {kClass, u"", "LumenBroker"},
+      {kClass + u"\\LocalServer32", u"", server},
+      {kClass + u"\\TypeLib", u"", library},
+      {kClass, u"LocalizedString", "@" + server + ",-101"},
+      {kClass + u"\\Elevation", u"Enabled", "1", true},
+      {kInterface, u"", "ILumenBroker6"},
+      {kInterface + u"\\ProxyStubClsid32", u"", "{00020424-0000-0000-C000-000000000046}"},
+      {kInterface + u"\\TypeLib", u"", library},
+      {kInterface + u"\\TypeLib", u"Version", "1.0"},
+      {kLibrary, u"", ""},
+      {kLibrary + u"\\1.0", u"", "LumenBroker"},
+      {kLibrary + u"\\1.0\\FLAGS", u"", "0"},  // one character is no DWORD form: FLAGS stays a string
+      {kLibrary + u"\\1.0\\HELPDIR", u"", server},
+      {kLibrary + u"\\1.0\\0\\win32", u"", server},
+      {kPolicy, u"Policy", "3", true},
+      {kPolicy, u"AppPath", "C:\\Program Files\\Lumen"},
+      {kPolicy, u"AppName", "LumenUtilHost.exe"},
   };
-  EXPECT_EQ(registry.WriteLog(), expected);
-}
-
-TEST_F(BrokerRegistrationTest, InstalledValuesNameTheServerTheLibraryAndTheMarshaller) {
-  BrokerRegistration::WriteBrokerRegistration(registry, kServer, true);
-  EXPECT_EQ(Text(kClass), "LumenBroker");
-  EXPECT_EQ(Text(kClass + u"\\LocalServer32"), kServer);
-  EXPECT_EQ(Text(kClass + u"\\TypeLib"), "{FAB3E735-69C7-453B-A446-B6823C6DF1C9}");
-  EXPECT_EQ(Text(kClass, u"LocalizedString"), std::string("@") + kServer + ",-101");
-  EXPECT_EQ(Number(kClass + u"\\Elevation", u"Enabled"), 1u);
-  EXPECT_EQ(Text(kInterface), "ILumenBroker6");
-  EXPECT_EQ(Text(kInterface + u"\\ProxyStubClsid32"), "{00020424-0000-0000-C000-000000000046}");
-  EXPECT_EQ(Text(kInterface + u"\\TypeLib"), "{FAB3E735-69C7-453B-A446-B6823C6DF1C9}");
-  EXPECT_EQ(Text(kInterface + u"\\TypeLib", u"Version"), "1.0");
-  EXPECT_EQ(Text(kLibrary), "");
-  EXPECT_EQ(Text(kLibrary + u"\\1.0"), "LumenBroker");
-  // One character is no DWORD form: FLAGS stays a string.
-  EXPECT_EQ(Text(kLibrary + u"\\1.0\\FLAGS"), "0");
-  EXPECT_EQ(Text(kLibrary + u"\\1.0\\HELPDIR"), kServer);
-  EXPECT_EQ(Text(kLibrary + u"\\1.0\\0\\win32"), kServer);
-  EXPECT_EQ(Number(kPolicy, u"Policy"), 3u);
-  EXPECT_EQ(Text(kPolicy, u"AppPath"), "C:\\Program Files\\Lumen");
-  EXPECT_EQ(Text(kPolicy, u"AppName"), "LumenUtilHost.exe");
+  std::vector<std::string> writes;
+  for (const auto& row : rows) {
+    writes.push_back(std::string(row.dword ? "SetDword" : "SetNarrowString") + " HKLM\\" + Utf8(row.key) + " [" +
+                     Utf8(row.name) + "] 0");
+    EXPECT_EQ(row.dword ? std::to_string(Number(row.key, row.name)) : Text(row.key, row.name), row.value)
+        << writes.back();
+  }
+  EXPECT_EQ(registry.WriteLog(), writes);
 }
 
 TEST_F(BrokerRegistrationTest, InstallWithoutAPathChangesNothing) {

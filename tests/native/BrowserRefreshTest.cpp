@@ -1,8 +1,7 @@
-#include "install/BrowserRefresh.h"
-
 #include <gtest/gtest.h>
 
-#include "tests/native/InstallTestWorld.h"
+#include "install/BrowserRefresh.h"
+#include "tests/native/TestWorld.h"
 
 using namespace SASM;
 
@@ -11,18 +10,12 @@ namespace {
 constexpr RegistryHive kMachine = RegistryHive::Machine;
 constexpr RegistryHive kUser = RegistryHive::CurrentUser;
 
-std::vector<std::string> Texts(const MStringList& list) {
-  std::vector<std::string> texts;
-  for (auto* node = list.head; node; node = node->next) texts.push_back(node->key.ToUtf8());
-  return texts;
-}
-
-class BrowserRefreshTest : public ::testing::Test {
+class BrowserRefreshTest : public WorldTest {
  protected:
   BrowserRefreshTest()
-      : world_({}, u"Host { UtilityPath \"C:\\Windows\\system32\\Halcyons\\Lumen\\LumenUtil_ActiveX.exe\"; }") {}
+      : WorldTest({}, u"Host { UtilityPath \"C:\\Windows\\system32\\Halcyons\\Lumen\\LumenUtil_ActiveX.exe\"; }") {}
   BrowserRefresh Refresh() { return BrowserRefresh(*world_.shim, world_.GetPlatform()); }
-  InstallTestWorld world_;
+  Strings Directories() { return TestWorld::Texts(*world_.shim->GetPluginDirectories()); }
 };
 
 TEST_F(BrowserRefreshTest, PluginDirectoriesComeFromMozillaThenOperaThenTheFallback) {
@@ -32,9 +25,8 @@ TEST_F(BrowserRefreshTest, PluginDirectoriesComeFromMozillaThenOperaThenTheFallb
   world_.registry.SetString(kUser, u"Software\\Opera Software", u"Last CommandLine", u"C:\\Opera\\opera.exe");
   world_.registry.SetString(kMachine, u"Software\\Opera Software", u"Plugin Path", u"D:\\Opera\\Plugins");
   Refresh().RefreshPluginDirectories(MString(u"C:\\Lumen\\plugins"));
-  EXPECT_EQ(Texts(*world_.shim->GetPluginDirectories()),
-            (std::vector<std::string>{"C:\\FF\\plugins", "C:\\Zeta\\plugins", "C:\\Opera\\Program\\Plugins",
-                                      "D:\\Opera\\Plugins", "C:\\Lumen\\plugins"}));
+  EXPECT_EQ(Directories(), (Strings{"C:\\FF\\plugins", "C:\\Zeta\\plugins", "C:\\Opera\\Program\\Plugins",
+                                    "D:\\Opera\\Plugins", "C:\\Lumen\\plugins"}));
   EXPECT_TRUE(world_.Reports().empty());
 }
 
@@ -43,7 +35,7 @@ TEST_F(BrowserRefreshTest, OperaValuesNamingNoPluginFolderAreLeftOut) {
   world_.registry.SetString(kMachine, u"Software\\Opera Software", u"Last CommandLine", u"C:\\Other\\opera.exe");
   world_.registry.SetString(kMachine, u"Software\\Opera Software", u"Plugin Path", u"C:\\Opera\\plugins");
   Refresh().RefreshPluginDirectories(MString(u"F"));
-  EXPECT_EQ(Texts(*world_.shim->GetPluginDirectories()), (std::vector<std::string>{"F"}))
+  EXPECT_EQ(Directories(), (Strings{"F"}))
       << "the user's value is read, so the machine's isn't, and the case of \\Plugins counts";
 }
 
@@ -51,7 +43,7 @@ TEST_F(BrowserRefreshTest, ASecondRefreshChangesNothing) {
   Refresh().RefreshPluginDirectories(MString(u"first"));
   world_.registry.SetString(kMachine, u"Software\\Mozilla\\Firefox\\extensions", u"Plugins", u"C:\\FF\\plugins");
   Refresh().RefreshPluginDirectories(MString(u"second"));
-  EXPECT_EQ(Texts(*world_.shim->GetPluginDirectories()), (std::vector<std::string>{"first"}));
+  EXPECT_EQ(Directories(), (Strings{"first"}));
 }
 
 TEST_F(BrowserRefreshTest, EveryExplorerProcessRestartsTheUtilityInItsUsersContext) {
@@ -65,8 +57,7 @@ TEST_F(BrowserRefreshTest, EveryExplorerProcessRestartsTheUtilityInItsUsersConte
   Refresh().AskBrowsersToRefresh();
   const std::u16string command =
       u"\"C:\\Windows\\system32\\Halcyons\\Lumen\\LumenUtil_ActiveX.exe\" -refreshIEElevationPolicies";
-  EXPECT_EQ(world_.processes.Starts(),
-            (std::vector<FakeProcesses::Start>{{100, command}, {500, command}}));
+  EXPECT_EQ(world_.processes.Starts(), (std::vector<FakeProcesses::Start>{{100, command}, {500, command}}));
   EXPECT_EQ(world_.processes.LastMaxCount(), 1024u);
   EXPECT_TRUE(world_.Reports().empty());
 }

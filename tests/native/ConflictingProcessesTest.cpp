@@ -1,5 +1,3 @@
-#include "removal/ConflictingProcesses.h"
-
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -7,14 +5,14 @@
 #include <vector>
 
 #include "install/ProductInventory.h"
-#include "tests/native/InstallTestWorld.h"
+#include "removal/ConflictingProcesses.h"
+#include "tests/native/TestWorld.h"
 
 using namespace SASM;
 
 namespace {
 
 using Endings = std::vector<FakeProcesses::Ending>;
-using Strings = std::vector<std::string>;
 
 // Every selected kind is tested, installed or not.
 constexpr char16_t kEveryKind[] = u"ConflictCheckIsOptional 1; RestartRequired 1;";
@@ -26,7 +24,7 @@ class ConflictsTest : public ::testing::Test {
              std::vector<std::u16string> switches = {}) {
     settings_ = tables + u";\nHost { ActiveXFiles LumenCtrl.ocx LumenHelper.exe; PluginFiles NPLumen.dll x.exe; " +
                 u"PepperFiles pepLumen.dll y.exe; " + hostValues + u" }";
-    world_ = std::make_unique<InstallTestWorld>(switches, settings_.c_str());
+    world_ = std::make_unique<TestWorld>(switches, settings_.c_str());
   }
   void Install(uint32_t kind, const std::u16string& playerPath) {
     std::u16string key(ProductInventory::GetProductKey(kind).View());
@@ -46,7 +44,7 @@ class ConflictsTest : public ::testing::Test {
   }
 
   std::u16string settings_;
-  std::unique_ptr<InstallTestWorld> world_;
+  std::unique_ptr<TestWorld> world_;
 };
 
 TEST_F(ConflictsTest, IgnoreTableBeatsEverythingAndAloneMatchesByPrefix) {
@@ -60,8 +58,9 @@ TEST_F(ConflictsTest, IgnoreTableBeatsEverythingAndAloneMatchesByPrefix) {
 }
 
 TEST_F(ConflictsTest, TablesGoNpapiActiveXPepperAndTheShownNameFallsBackToFriendlyThenKey) {
-  Start(u"PluginConflicts { both \"By plug-in\"; bare; plain; }; ActiveXConflicts { both \"By control\"; }; "
-        u"PepperConflicts { both \"By pepper\"; }; FriendlyProcessNames { bare \"Bare App\"; }");
+  Start(
+      u"PluginConflicts { both \"By plug-in\"; bare; plain; }; ActiveXConflicts { both \"By control\"; }; "
+      u"PepperConflicts { both \"By pepper\"; }; FriendlyProcessNames { bare \"Bare App\"; }");
   uint32_t id = 10;
   for (const char16_t* image : {u"C:\\BOTH.EXE", u"C:\\bare.exe", u"C:\\plain.bin.exe", u"C:\\plain.exe", u"D:\\both"})
     Processes().AddImage(id++, image);
@@ -94,9 +93,9 @@ TEST_F(ConflictsTest, KindsAreSkippedByTheirInstalledFileNameOnlyWhenTheCheckIsO
   const Strings plugin = {"firefox=F", "viewer=viewer"}, pepper = {"chrome=C"};
   const Strings both = {"firefox=F", "chrome=C", "viewer=viewer"};
   const std::u16string optional = u"ConflictCheckIsOptional 1;";
-  for (const Case& c : {Case{optional, u"0", pepper}, Case{optional + u" RestartRequired 1;", u"0", both},
-                        Case{optional, u"8", both}, Case{optional, u"10", both},
-                        Case{u"ConflictCheckIsOptional 0;", u"0", plugin}}) {
+  for (const Case& c :
+       {Case{optional, u"0", pepper}, Case{optional + u" RestartRequired 1;", u"0", both}, Case{optional, u"8", both},
+        Case{optional, u"10", both}, Case{u"ConflictCheckIsOptional 0;", u"0", plugin}}) {
     Start(u"PluginConflicts { firefox F; }; PepperConflicts { chrome C; }", c.hostValues, {u"-source", c.source});
     Processes().AddImage(10, u"C:\\FF\\firefox.exe");
     Processes().AddImage(11, u"C:\\G\\chrome.exe");

@@ -1,8 +1,7 @@
-#include "install/ControlRegistration.h"
-
 #include <gtest/gtest.h>
 
-#include "tests/native/InstallTestWorld.h"
+#include "install/ControlRegistration.h"
+#include "tests/native/TestWorld.h"
 
 using namespace SASM;
 
@@ -13,30 +12,17 @@ constexpr char16_t kEntryKey[] = u"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\
 constexpr char16_t kProductKey[] = u"Software\\Halcyonics\\LumenPlayerActiveX";
 constexpr char16_t kSettings[] = u"Host { PayloadPath \"C:\\Setup\\payload.bin\"; }";
 
-std::u16string String(FakeRegistry& registry, std::u16string_view key, std::u16string_view name) {
-  std::u16string text;
-  EXPECT_EQ(registry.ReadString(kMachine, key, name, text), 0) << MString(name).ToUtf8();
-  return text;
-}
-
-uint32_t Number(FakeRegistry& registry, std::u16string_view key, std::u16string_view name) {
-  uint32_t value = 0xFFFFFFFF;
-  EXPECT_EQ(registry.ReadDword(kMachine, key, name, value), 0) << MString(name).ToUtf8();
-  return value;
-}
-
 // The value names of the log's writes, in order.
-std::vector<std::string> WrittenNames(const FakeRegistry& registry) {
-  std::vector<std::string> names;
+Strings WrittenNames(const FakeRegistry& registry) {
+  Strings names;
   for (const auto& write : registry.Writes()) names.push_back(MString(write.name).ToUtf8());
   return names;
 }
 
-class ControlRegistrationTest : public ::testing::Test {
+class ControlRegistrationTest : public WorldTest {
  protected:
-  explicit ControlRegistrationTest(std::vector<std::u16string> switches = {}) : world_(switches, kSettings) {}
+  explicit ControlRegistrationTest(std::vector<std::u16string> switches = {}) : WorldTest(switches, kSettings) {}
   ControlRegistration Registration() { return ControlRegistration(*world_.shim, world_.GetPlatform()); }
-  InstallTestWorld world_;
 };
 
 TEST_F(ControlRegistrationTest, UninstallEntryWritesFourteenValuesInOrder) {
@@ -44,51 +30,47 @@ TEST_F(ControlRegistrationTest, UninstallEntryWritesFourteenValuesInOrder) {
   EXPECT_TRUE(Registration().WriteUninstallEntry(8, MString(u"C:\\Lumen\\LumenUtil_ActiveX.exe")));
 
   EXPECT_EQ(WrittenNames(world_.registry),
-            (std::vector<std::string>{"DisplayName", "Publisher", "DisplayVersion", "HelpLink", "NoModify", "NoRepair",
-                                      "RequiresIESysFile", "URLInfoAbout", "URLUpdateInfo", "VersionMajor",
-                                      "VersionMinor", "UninstallString", "DisplayIcon", "EstimatedSize"}));
-  FakeRegistry& r = world_.registry;
-  EXPECT_EQ(String(r, kEntryKey, u"DisplayName"), u"Corva Lumen Player 28 ActiveX 64-bit");
-  EXPECT_EQ(String(r, kEntryKey, u"Publisher"), u"Corva Systems Incorporated");
-  EXPECT_EQ(String(r, kEntryKey, u"DisplayVersion"), u"28.0.0.126");
-  EXPECT_EQ(String(r, kEntryKey, u"HelpLink"), u"https://www.halcyonics.example/go/lumenplayer_support/");
-  EXPECT_EQ(Number(r, kEntryKey, u"NoModify"), 1u);
-  EXPECT_EQ(Number(r, kEntryKey, u"NoRepair"), 1u);
-  EXPECT_EQ(String(r, kEntryKey, u"RequiresIESysFile"), u"4.70.0.1155");
-  EXPECT_EQ(String(r, kEntryKey, u"URLUpdateInfo"), u"https://www.halcyonics.example/go/getlumenplayer/");
-  EXPECT_EQ(Number(r, kEntryKey, u"VersionMajor"), 28u);
-  EXPECT_EQ(Number(r, kEntryKey, u"VersionMinor"), 0u);
-  EXPECT_EQ(String(r, kEntryKey, u"UninstallString"), u"C:\\Lumen\\LumenUtil_ActiveX.exe -maintain activex");
-  EXPECT_EQ(String(r, kEntryKey, u"DisplayIcon"), u"C:\\Lumen\\LumenUtil_ActiveX.exe");
-  EXPECT_EQ(Number(r, kEntryKey, u"EstimatedSize"), 5u) << "bytes shifted right by ten";
+            (Strings{"DisplayName", "Publisher", "DisplayVersion", "HelpLink", "NoModify", "NoRepair",
+                     "RequiresIESysFile", "URLInfoAbout", "URLUpdateInfo", "VersionMajor", "VersionMinor",
+                     "UninstallString", "DisplayIcon", "EstimatedSize"}));
+  EXPECT_EQ(world_.String(kEntryKey, u"DisplayName"), u"Corva Lumen Player 28 ActiveX 64-bit");
+  EXPECT_EQ(world_.String(kEntryKey, u"Publisher"), u"Corva Systems Incorporated");
+  EXPECT_EQ(world_.String(kEntryKey, u"DisplayVersion"), u"28.0.0.126");
+  EXPECT_EQ(world_.String(kEntryKey, u"HelpLink"), u"https://www.halcyonics.example/go/lumenplayer_support/");
+  EXPECT_EQ(world_.Dword(kEntryKey, u"NoModify"), 1u);
+  EXPECT_EQ(world_.Dword(kEntryKey, u"NoRepair"), 1u);
+  EXPECT_EQ(world_.String(kEntryKey, u"RequiresIESysFile"), u"4.70.0.1155");
+  EXPECT_EQ(world_.String(kEntryKey, u"URLUpdateInfo"), u"https://www.halcyonics.example/go/getlumenplayer/");
+  EXPECT_EQ(world_.Dword(kEntryKey, u"VersionMajor"), 28u);
+  EXPECT_EQ(world_.Dword(kEntryKey, u"VersionMinor"), 0u);
+  EXPECT_EQ(world_.String(kEntryKey, u"UninstallString"), u"C:\\Lumen\\LumenUtil_ActiveX.exe -maintain activex");
+  EXPECT_EQ(world_.String(kEntryKey, u"DisplayIcon"), u"C:\\Lumen\\LumenUtil_ActiveX.exe");
+  EXPECT_EQ(world_.Dword(kEntryKey, u"EstimatedSize"), 5u) << "bytes shifted right by ten";
 }
 
 TEST_F(ControlRegistrationTest, UninstallEntryOfThePlugInsNamesTheirWords) {
   EXPECT_TRUE(Registration().WriteUninstallEntry(32768, MString(u"C:\\u.exe")));
   const char16_t kPepper[] = u"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Corva Lumen Player PPAPI";
-  EXPECT_EQ(String(world_.registry, kPepper, u"DisplayName"), u"Corva Lumen Player 28 PPAPI 64-bit");
-  EXPECT_EQ(String(world_.registry, kPepper, u"UninstallString"), u"C:\\u.exe -maintain pepperplugin");
-  EXPECT_EQ(Number(world_.registry, kPepper, u"EstimatedSize"), 18432u) << "the payload is missing";
+  EXPECT_EQ(world_.String(kPepper, u"DisplayName"), u"Corva Lumen Player 28 PPAPI 64-bit");
+  EXPECT_EQ(world_.String(kPepper, u"UninstallString"), u"C:\\u.exe -maintain pepperplugin");
+  EXPECT_EQ(world_.Dword(kPepper, u"EstimatedSize"), 18432u) << "the payload is missing";
 }
 
 TEST_F(ControlRegistrationTest, FailedStringWriteStopsTheEntryAfterWhatWasWritten) {
   world_.registry.FailValue(kMachine, kEntryKey, u"Publisher", 5);
   EXPECT_FALSE(Registration().WriteUninstallEntry(8, MString(u"C:\\u.exe")));
-  EXPECT_EQ(WrittenNames(world_.registry), (std::vector<std::string>{"DisplayName", "Publisher"}));
-  std::u16string text;
-  EXPECT_EQ(world_.registry.ReadString(kMachine, kEntryKey, u"DisplayName", text), 0);
-  EXPECT_EQ(world_.registry.ReadString(kMachine, kEntryKey, u"DisplayVersion", text), 2);
-  EXPECT_EQ(world_.Reports(),
-            (std::vector<std::string>{"1035 1 SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Corva Lumen "
-                                      "Player ActiveX/Publisher 5"}));
+  EXPECT_EQ(WrittenNames(world_.registry), (Strings{"DisplayName", "Publisher"}));
+  EXPECT_EQ(world_.String(kEntryKey, u"DisplayName"), u"Corva Lumen Player 28 ActiveX 64-bit");
+  EXPECT_EQ(world_.String(kEntryKey, u"DisplayVersion"), u"<absent>");
+  EXPECT_EQ(world_.Reports(), (Strings{"1035 1 SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Corva Lumen "
+                                       "Player ActiveX/Publisher 5"}));
 }
 
 TEST_F(ControlRegistrationTest, FailedNumberWriteIsReportedWithoutTheBlank) {
   world_.registry.FailValue(kMachine, kEntryKey, u"NoRepair", 0x3F0);
   EXPECT_FALSE(Registration().WriteUninstallEntry(8, MString(u"C:\\u.exe")));
-  EXPECT_EQ(world_.Reports(),
-            (std::vector<std::string>{"1035 1 SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Corva Lumen "
-                                      "Player ActiveX/NoRepair3F0"}));
+  EXPECT_EQ(world_.Reports(), (Strings{"1035 1 SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Corva Lumen "
+                                       "Player ActiveX/NoRepair3F0"}));
 }
 
 class InventoryTest : public ControlRegistrationTest {
@@ -104,7 +86,7 @@ class InventoryTest : public ControlRegistrationTest {
 TEST_F(InventoryTest, ActiveXWritesTheChainThenCompatibilityThenExceptionChainValues) {
   EXPECT_TRUE(Registration().WriteInventory(MString(u"C:\\c.ocx"), MString(u"C:\\u.exe"), 8));
   EXPECT_EQ(world_.registry.WriteLog(),
-            (std::vector<std::string>{
+            (Strings{
                 "SetString HKLM\\Software\\Halcyonics\\LumenPlayerActiveX [Version] 0",
                 "SetString HKLM\\Software\\Halcyonics\\LumenPlayerActiveX [Version] 0",
                 "SetString HKLM\\Software\\Halcyonics\\LumenPlayerActiveX [PlayerPath] 0",
@@ -120,10 +102,10 @@ TEST_F(InventoryTest, ActiveXWritesTheChainThenCompatibilityThenExceptionChainVa
                 "SetDword HKLM\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Image File Execution "
                 "Options\\LumenHelper.exe [DisableExceptionChainValidation] 0",
             }));
-  EXPECT_EQ(Number(world_.registry, kProductKey, u"isScriptDebugger"), 0u) << "a release player";
-  EXPECT_EQ(Number(world_.registry, kProductKey, u"isMSI"), 1u) << "install source 2";
-  EXPECT_EQ(Number(world_.registry, kProductKey, u"isESR"), 0u);
-  EXPECT_EQ(String(world_.registry, kProductKey, u"UninstallerPath"), u"C:\\u.exe");
+  EXPECT_EQ(world_.Dword(kProductKey, u"isScriptDebugger"), 0u) << "a release player";
+  EXPECT_EQ(world_.Dword(kProductKey, u"isMSI"), 1u) << "install source 2";
+  EXPECT_EQ(world_.Dword(kProductKey, u"isESR"), 0u);
+  EXPECT_EQ(world_.String(kProductKey, u"UninstallerPath"), u"C:\\u.exe");
 }
 
 TEST_F(InventoryTest, FailedIsMsiSkipsReleaseAndCompatibilityButNotTheExceptionChain) {
@@ -134,14 +116,14 @@ TEST_F(InventoryTest, FailedIsMsiSkipsReleaseAndCompatibilityButNotTheExceptionC
   EXPECT_EQ(log[6], "SetDword HKLM\\Software\\Halcyonics\\LumenPlayerActiveX [isMSI] 5");
   EXPECT_NE(log[7].find("LumenUtil_ActiveX.exe [DisableExceptionChainValidation] 0"), std::string::npos);
   EXPECT_NE(log[8].find("LumenHelper.exe [DisableExceptionChainValidation] 0"), std::string::npos);
-  EXPECT_EQ(world_.Reports(), (std::vector<std::string>{"1035 1 Software\\Halcyonics\\LumenPlayerActiveX/isMSI5"}));
+  EXPECT_EQ(world_.Reports(), (Strings{"1035 1 Software\\Halcyonics\\LumenPlayerActiveX/isMSI5"}));
 }
 
 TEST_F(InventoryTest, PepperHasNoCompatibilityStepAndItsOwnList) {
   EXPECT_TRUE(Registration().WriteInventory(MString(u"C:\\p.dll"), MString(u"C:\\u.exe"), 32768));
   std::vector<std::string> names = WrittenNames(world_.registry);
-  EXPECT_EQ(names, (std::vector<std::string>{"Version", "Version", "PlayerPath", "UninstallerPath", "isScriptDebugger",
-                                             "isESR", "isMSI", "Release", "DisableExceptionChainValidation"}));
+  EXPECT_EQ(names, (Strings{"Version", "Version", "PlayerPath", "UninstallerPath", "isScriptDebugger", "isESR", "isMSI",
+                            "Release", "DisableExceptionChainValidation"}));
   EXPECT_EQ(world_.registry.WriteLog().back(),
             "SetDword HKLM\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Image File Execution "
             "Options\\LumenUtil_Pepper.exe [DisableExceptionChainValidation] 0");
@@ -150,20 +132,19 @@ TEST_F(InventoryTest, PepperHasNoCompatibilityStepAndItsOwnList) {
 TEST_F(ControlRegistrationTest, DebuggerPlayerFromAnotherSourceIsMarkedSo) {
   EXPECT_TRUE(Registration().WriteInventory(MString(u"C:\\n.dll"), MString(u"C:\\u.exe"), 16));
   const char16_t kPlugin[] = u"Software\\Halcyonics\\LumenPlayerPlugin";
-  EXPECT_EQ(Number(world_.registry, kPlugin, u"isScriptDebugger"), 1u);
-  EXPECT_EQ(Number(world_.registry, kPlugin, u"isMSI"), 0u);
-  EXPECT_EQ(Number(world_.registry, u"Software\\Halcyonics\\LumenPlayerPluginReleaseType", u"Release"), 1u);
+  EXPECT_EQ(world_.Dword(kPlugin, u"isScriptDebugger"), 1u);
+  EXPECT_EQ(world_.Dword(kPlugin, u"isMSI"), 0u);
+  EXPECT_EQ(world_.Dword(u"Software\\Halcyonics\\LumenPlayerPluginReleaseType", u"Release"), 1u);
 }
 
 TEST_F(ControlRegistrationTest, PluginEntryNamesTheProductAndStopsAtAFailure) {
   const char16_t kPluginKey[] = u"SOFTWARE\\MozillaPlugins\\@halcyonics.example/LumenPlayer";
   EXPECT_TRUE(Registration().WritePluginRegistry(MString(u"C:\\NPLumen.dll")));
-  EXPECT_EQ(WrittenNames(world_.registry),
-            (std::vector<std::string>{"Path", "ProductName", "Vendor", "Description", "Version"}));
-  EXPECT_EQ(String(world_.registry, kPluginKey, u"Path"), u"C:\\NPLumen.dll");
-  EXPECT_EQ(String(world_.registry, kPluginKey, u"ProductName"), u"Corva\u00AE Lumen\u00AE Player 28.0.0.126 Plugin");
-  EXPECT_EQ(String(world_.registry, kPluginKey, u"Description"), u"Corva\u00AE Lumen\u00AE Player 28.0.0.126 Plugin");
-  EXPECT_EQ(String(world_.registry, kPluginKey, u"Vendor"), u"Corva Systems Incorporated");
+  EXPECT_EQ(WrittenNames(world_.registry), (Strings{"Path", "ProductName", "Vendor", "Description", "Version"}));
+  EXPECT_EQ(world_.String(kPluginKey, u"Path"), u"C:\\NPLumen.dll");
+  EXPECT_EQ(world_.String(kPluginKey, u"ProductName"), u"Corva\u00AE Lumen\u00AE Player 28.0.0.126 Plugin");
+  EXPECT_EQ(world_.String(kPluginKey, u"Description"), u"Corva\u00AE Lumen\u00AE Player 28.0.0.126 Plugin");
+  EXPECT_EQ(world_.String(kPluginKey, u"Vendor"), u"Corva Systems Incorporated");
 
   world_.registry.FailValue(kMachine, kPluginKey, u"Vendor", 5);
   EXPECT_FALSE(Registration().WritePluginRegistry(MString(u"C:\\NPLumen.dll")));
@@ -175,8 +156,7 @@ TEST_F(ControlRegistrationTest, PluginPathReaderLooksForAValueNobodyHereWrites) 
   EXPECT_TRUE(Registration().WritePluginRegistry(MString(u"C:\\NPLumen.dll")));
   MString path;
   EXPECT_FALSE(Registration().ReadPluginPath(path));
-  EXPECT_EQ(world_.Reports(),
-            (std::vector<std::string>{"1036 1 SOFTWARE\\MozillaPlugins/@halcyonics.example/LumenPlayer 2"}));
+  EXPECT_EQ(world_.Reports(), (Strings{"1036 1 SOFTWARE\\MozillaPlugins/@halcyonics.example/LumenPlayer 2"}));
 }
 
 }  // namespace

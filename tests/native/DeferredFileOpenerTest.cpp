@@ -1,23 +1,12 @@
-#include "broker/DeferredFileOpener.h"
-
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <string>
-#include <vector>
 
-#include "broker/BrokerCookieTable.h"
-#include "tests/fakes/FakeBrokerFilePlatform.h"
-#include "tests/fakes/FakeEnterpriseProtectionPlatform.h"
-#include "tests/fakes/FakeInternetMarkPlatform.h"
+#include "broker/DeferredFileOpener.h"
+#include "tests/native/BrokerTestWorld.h"
 
-using SASM::BrokerCookieRecord;
-using SASM::BrokerCookieTable;
-using SASM::DeferredFileOpener;
-using SASM::DeferredOpen;
-using SASM::FakeBrokerFilePlatform;
-using SASM::FakeEnterpriseProtectionPlatform;
-using SASM::FakeInternetMarkPlatform;
+using namespace SASM;
+using OpenCall = FakeBrokerFilePlatform::OpenCall;
 
 namespace {
 
@@ -25,7 +14,7 @@ const std::u16string kChosen = u"C:\\Users\\a\\Documents\\movie.flv";
 constexpr uint64_t kNone = BrokerCookieRecord::kNoHandle;
 
 // A save dialog's choice: write, share reading, the given disposition.
-class DeferredFileOpenerTest : public ::testing::Test {
+class DeferredFileOpenerTest : public BrokerWorld {
  protected:
   DeferredFileOpenerTest() {
     files.AddDirectory(u"C:\\Users\\a\\Documents");
@@ -43,10 +32,6 @@ class DeferredFileOpenerTest : public ::testing::Test {
     record.deferredOpen = std::move(open);
   }
 
-  FakeBrokerFilePlatform files;
-  FakeEnterpriseProtectionPlatform protection;
-  FakeInternetMarkPlatform marks;
-  DeferredFileOpener opener{files, protection, marks};
   BrokerCookieRecord record;
 };
 
@@ -58,12 +43,8 @@ TEST_F(DeferredFileOpenerTest, TheFileIsOpenedWithTheChosenValuesAndMarked) {
   EXPECT_TRUE(files.IsOpen(handle));
   EXPECT_EQ(record.handle, handle);
   EXPECT_EQ(record.deferredOpen, nullptr);
-  ASSERT_EQ(files.Opens().size(), 1u);
-  EXPECT_EQ(files.Opens()[0].access, 0x40000000u);
-  EXPECT_EQ(files.Opens()[0].shareMode, 1u);
-  EXPECT_EQ(files.Opens()[0].disposition, 2u);
-  EXPECT_EQ(files.Opens()[0].flags, 0x80u);
-  EXPECT_EQ(marks.Log(), (std::vector<std::string>{"Attachment C:\\Users\\a\\Documents\\movie.flv"}));
+  EXPECT_EQ(files.Opens(), (std::vector<OpenCall>{{kChosen, 0x40000000, 1, 2, 0x80}}));
+  EXPECT_EQ(marks.Log(), std::vector<std::string>{"Attachment C:\\Users\\a\\Documents\\movie.flv"});
 }
 
 TEST_F(DeferredFileOpenerTest, AFailedOpenIsStillMarkedButWithoutCreateFileNothingHappens) {
@@ -72,7 +53,7 @@ TEST_F(DeferredFileOpenerTest, AFailedOpenIsStillMarkedButWithoutCreateFileNothi
   EXPECT_EQ(record.deferredOpen, nullptr);
   EXPECT_EQ(marks.Log().size(), 1u);
 
-  files.Unbind(SASM::BrokerFilePlatform::Function::kCreateFile);
+  files.Unbind(BrokerFilePlatform::Function::kCreateFile);
   Choose(2);
   EXPECT_EQ(opener.Open(record), kNone);
   EXPECT_EQ(record.deferredOpen, nullptr);
@@ -83,16 +64,12 @@ TEST_F(DeferredFileOpenerTest, AFileChosenForAnIdentityIsCreatedProtectedThenOpe
   Choose(2, u"corp.example");
   uint64_t handle = opener.Open(record);
   EXPECT_TRUE(files.IsOpen(handle));
-  ASSERT_EQ(files.Opens().size(), 2u);
   // Created alone first, then opened as it now exists.
-  EXPECT_EQ(files.Opens()[0].access, 0x40000000u);
-  EXPECT_EQ(files.Opens()[0].shareMode, 0u);
-  EXPECT_EQ(files.Opens()[0].disposition, 2u);
-  EXPECT_EQ(files.Opens()[0].flags, 0x80u);
+  ASSERT_EQ(files.Opens().size(), 2u);
+  EXPECT_EQ(files.Opens()[0], (OpenCall{kChosen, 0x40000000, 0, 2, 0x80}));
   EXPECT_EQ(files.Opens()[1].disposition, 3u);
-  ASSERT_EQ(protection.Protected().size(), 1u);
-  EXPECT_EQ(protection.Protected()[0].first, kChosen);
-  EXPECT_EQ(protection.Protected()[0].second, u"corp.example");
+  EXPECT_EQ(protection.Protected(),
+            (std::vector<std::pair<std::u16string, std::u16string>>{{kChosen, u"corp.example"}}));
 }
 
 TEST_F(DeferredFileOpenerTest, AnExistingFileKeptByItsDispositionIsProtectedWithoutBeingCreated) {
@@ -128,16 +105,14 @@ TEST_F(DeferredFileOpenerTest, NoProtectionWithoutAServerIdentityOrForReading) {
 }
 
 TEST_F(DeferredFileOpenerTest, TheCookieTableOpensThroughItOnFirstUse) {
-  BrokerCookieTable table;
-  table.SetDeferredOpen(&DeferredFileOpener::OpenRecord, &opener);
   auto open = std::make_unique<DeferredOpen>();
   open->desiredAccess = 0x40000000;
   open->creationDisposition = 2;
   uint32_t cookie = 0;
-  ASSERT_TRUE(table.AddFileCookie(0, cookie, false, kChosen.c_str(), std::move(open)));
+  ASSERT_TRUE(cookies.AddFileCookie(0, cookie, false, kChosen.c_str(), std::move(open)));
   uint64_t handle = 0;
-  EXPECT_NE(table.ResolveFileHandle(cookie, handle, false), nullptr);
+  EXPECT_NE(cookies.ResolveFileHandle(cookie, handle, false), nullptr);
   EXPECT_TRUE(files.IsOpen(handle));
-  EXPECT_EQ(table.FindCookie(cookie)->handle, handle);
+  EXPECT_EQ(cookies.FindCookie(cookie)->handle, handle);
   EXPECT_TRUE(files.Exists(kChosen));
 }

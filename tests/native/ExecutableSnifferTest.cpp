@@ -1,17 +1,14 @@
 // The first write through a file cookie is judged for an executable image;
 // everything after it is written unexamined.
-#include "broker/ExecutableSniffer.h"
-
 #include <gtest/gtest.h>
 
 #include <string>
 
+#include "broker/ExecutableSniffer.h"
 #include "tests/fakes/FakeBrokerFilePlatform.h"
 
-using SASM::BrokerCookieRecord;
-using SASM::BrokerFilePlatform;
-using SASM::ExecutableSniffer;
-using SASM::FakeBrokerFilePlatform;
+using namespace SASM;
+using OpenCall = FakeBrokerFilePlatform::OpenCall;
 
 namespace {
 
@@ -47,8 +44,8 @@ class SnifferTest : public ::testing::Test {
   void OpenCookie() {
     if (files.IsOpen(handle)) files.CloseHandle(handle);
     record = BrokerCookieRecord();
-    files.CreateFile(kPath.c_str(), SASM::FileAccess::kGenericWrite, SASM::FileShare::kRead,
-                     SASM::FileDisposition::kOpenAlways, SASM::FileFlag::kRandomAccess, handle);
+    files.CreateFile(kPath.c_str(), FileAccess::kGenericWrite, FileShare::kRead, FileDisposition::kOpenAlways,
+                     FileFlag::kRandomAccess, handle);
     record.handle = handle;
     record.filePath = kPath;
     record.sniffActive = 1;
@@ -57,7 +54,7 @@ class SnifferTest : public ::testing::Test {
   // What BrokerSetFilePointer does to the record and the file.
   void Seek(int32_t distance) {
     uint32_t error = 0;
-    files.SetFilePointer(handle, distance, SASM::FileMoveMethod::kBegin, error);
+    files.SetFilePointer(handle, distance, FileMoveMethod::kBegin, error);
     record.seekBase = distance;
   }
 
@@ -74,13 +71,9 @@ class SnifferTest : public ::testing::Test {
   uint32_t written = 0;
 };
 
-class SnifferVerdicts : public SnifferTest {};
-class SnifferAfterASeek : public SnifferTest {};
-class SnifferBookkeeping : public SnifferTest {};
-
 }  // namespace
 
-TEST_F(SnifferVerdicts, AWholeImageInOneWriteIsRefusedAndTheFileDeleted) {
+TEST_F(SnifferTest, AWholeImageInOneWriteIsRefusedAndTheFileDeleted) {
   EXPECT_EQ(Write(Image()), kFail);
   EXPECT_FALSE(files.Exists(kPath));
   EXPECT_EQ(written, 0u);
@@ -96,7 +89,7 @@ TEST_F(SnifferVerdicts, AWholeImageInOneWriteIsRefusedAndTheFileDeleted) {
   EXPECT_EQ(files.Deletes().size(), 1u);
 }
 
-TEST_F(SnifferVerdicts, AnImageWhoseHeaderLiesBeyondTheFirstSlicePasses) {
+TEST_F(SnifferTest, AnImageWhoseHeaderLiesBeyondTheFirstSlicePasses) {
   std::string image = Image();
   EXPECT_EQ(Write(image.substr(0, 64)), 0);
   EXPECT_EQ(record.sniffActive, 0);
@@ -106,7 +99,7 @@ TEST_F(SnifferVerdicts, AnImageWhoseHeaderLiesBeyondTheFirstSlicePasses) {
   EXPECT_EQ(record.executableSeen, 0);
 }
 
-TEST_F(SnifferVerdicts, AShortMZSliceLeavesTheHeaderOffsetZeroAndEndsTheSniffing) {
+TEST_F(SnifferTest, AShortMZSliceLeavesTheHeaderOffsetZeroAndEndsTheSniffing) {
   std::string image = Image();
   // Position 0 then wants "P", sees "M", and the chain ends there.
   EXPECT_EQ(Write(image.substr(0, 40)), 0);
@@ -116,7 +109,7 @@ TEST_F(SnifferVerdicts, AShortMZSliceLeavesTheHeaderOffsetZeroAndEndsTheSniffing
   EXPECT_EQ(files.Content(kPath), image);
 }
 
-TEST_F(SnifferVerdicts, AOneByteFirstWriteEndsTheSniffingWhateverItIs) {
+TEST_F(SnifferTest, AOneByteFirstWriteEndsTheSniffingWhateverItIs) {
   EXPECT_EQ(Write("X"), 0);
   EXPECT_EQ(record.sniffActive, 0);
   EXPECT_EQ(record.sniffBytes[0], 0);
@@ -129,7 +122,7 @@ TEST_F(SnifferVerdicts, AOneByteFirstWriteEndsTheSniffingWhateverItIs) {
   EXPECT_EQ(record.sniffBytes[1], 0);
 }
 
-TEST_F(SnifferVerdicts, AnImageWhoseFourthHeaderByteIsNotZeroPasses) {
+TEST_F(SnifferTest, AnImageWhoseFourthHeaderByteIsNotZeroPasses) {
   std::string image = Image(0x80, 0x200, 1);
   EXPECT_EQ(Write(image), 0);
   EXPECT_EQ(files.Content(kPath), image);
@@ -137,7 +130,7 @@ TEST_F(SnifferVerdicts, AnImageWhoseFourthHeaderByteIsNotZeroPasses) {
   EXPECT_EQ(record.sniffActive, 0);
 }
 
-TEST_F(SnifferVerdicts, ABrokenSignaturePassesAndIsNotLookedAtAgain) {
+TEST_F(SnifferTest, ABrokenSignaturePassesAndIsNotLookedAtAgain) {
   std::string notPe = Image();
   notPe[0x81] = 'X';
   EXPECT_EQ(Write(notPe), 0);
@@ -146,7 +139,7 @@ TEST_F(SnifferVerdicts, ABrokenSignaturePassesAndIsNotLookedAtAgain) {
   EXPECT_EQ(files.Content(kPath), notPe + Image());
 }
 
-TEST_F(SnifferVerdicts, TheByteJustBehindASliceCountsAsZero) {
+TEST_F(SnifferTest, TheByteJustBehindASliceCountsAsZero) {
   // 63 bytes reach position 63 through the range's upper end, so the header
   // offset is taken with its top byte read as 0, and a header inside the slice
   // is found.
@@ -156,7 +149,7 @@ TEST_F(SnifferVerdicts, TheByteJustBehindASliceCountsAsZero) {
   EXPECT_FALSE(files.Exists(kPath));
 }
 
-TEST_F(SnifferAfterASeek, TheBytesBeforeTheSliceAreReadBackFromTheFile) {
+TEST_F(SnifferTest, TheBytesBeforeTheSliceAreReadBackFromTheFile) {
   // An earlier cookie left the image's first 64 bytes; this one seeks past them.
   std::string image = Image();
   files.AddFile(kPath, image.substr(0, 64));
@@ -166,16 +159,13 @@ TEST_F(SnifferAfterASeek, TheBytesBeforeTheSliceAreReadBackFromTheFile) {
   // The read-back opened the file a second time, for reading, and had to
   // share writing with the cookie's own handle.
   ASSERT_GE(files.Opens().size(), 3u);
-  const auto& first = files.Opens()[1];
-  const auto& retry = files.Opens()[2];
-  EXPECT_EQ(first.access, SASM::FileAccess::kGenericRead);
-  EXPECT_EQ(first.shareMode, SASM::FileShare::kRead);
-  EXPECT_EQ(first.disposition, SASM::FileDisposition::kOpenExisting);
-  EXPECT_EQ(first.flags, SASM::FileFlag::kSequentialScan);
-  EXPECT_EQ(retry.shareMode, SASM::FileShare::kReadWrite);
+  const OpenCall first{kPath, FileAccess::kGenericRead, FileShare::kRead, FileDisposition::kOpenExisting,
+                       FileFlag::kSequentialScan};
+  EXPECT_EQ(files.Opens()[1], first);
+  EXPECT_EQ(files.Opens()[2].shareMode, FileShare::kReadWrite);
 }
 
-TEST_F(SnifferAfterASeek, TheSliceIsWrittenFromTheStartOfTheFile) {
+TEST_F(SnifferTest, TheSliceIsWrittenFromTheStartOfTheFile) {
   // The read-back moves the cookie's own file pointer back to 0 first.
   files.AddFile(kPath, std::string(100, 'A'));
   Seek(50);
@@ -184,7 +174,7 @@ TEST_F(SnifferAfterASeek, TheSliceIsWrittenFromTheStartOfTheFile) {
   EXPECT_EQ(record.writePosition, 2u);
 }
 
-TEST_F(SnifferAfterASeek, AFailedReadBackBecomesTheResultThoughTheSliceIsWritten) {
+TEST_F(SnifferTest, AFailedReadBackBecomesTheResultThoughTheSliceIsWritten) {
   files.AddFile(kPath, std::string(100, 'A'));
   files.FailOpen(kPath, FakeBrokerFilePlatform::kErrorAccessDenied);
   Seek(10);
@@ -193,10 +183,10 @@ TEST_F(SnifferAfterASeek, AFailedReadBackBecomesTheResultThoughTheSliceIsWritten
   EXPECT_EQ(files.Content(kPath).substr(0, 2), "BB");
 }
 
-TEST_F(SnifferAfterASeek, ANegativeSeekReadsNothingBackAndIsReportedAsNoMemory) {
+TEST_F(SnifferTest, ANegativeSeekReadsNothingBackAndIsReportedAsNoMemory) {
   files.AddFile(kPath, std::string(100, 'A'));
   uint32_t error = 0;
-  files.SetFilePointer(handle, 0, SASM::FileMoveMethod::kEnd, error);
+  files.SetFilePointer(handle, 0, FileMoveMethod::kEnd, error);
   record.seekBase = -10;
   size_t opensBefore = files.Opens().size();
   EXPECT_EQ(Write("BB"), kOutOfMemory);
@@ -204,13 +194,13 @@ TEST_F(SnifferAfterASeek, ANegativeSeekReadsNothingBackAndIsReportedAsNoMemory) 
   EXPECT_EQ(written, 2u);
 }
 
-TEST_F(SnifferBookkeeping, SlotsKeptFromAnEarlierWriteAnswerThePositionsBeforeIt) {
+TEST_F(SnifferTest, SlotsKeptFromAnEarlierWriteAnswerThePositionsBeforeIt) {
   // A record whose sniffing survived a write of "MZ" (only a hand-made state
   // gets here): the slots stand in for the bytes that slice had.
   std::string image = Image();
   files.AddFile(kPath, "MZ");
   uint32_t error = 0;
-  files.SetFilePointer(handle, 2, SASM::FileMoveMethod::kBegin, error);
+  files.SetFilePointer(handle, 2, FileMoveMethod::kBegin, error);
   record.sniffBytes[0] = 'M';
   record.sniffBytes[1] = 'Z';
   record.writePosition = 2;
@@ -225,7 +215,7 @@ TEST_F(SnifferBookkeeping, SlotsKeptFromAnEarlierWriteAnswerThePositionsBeforeIt
   EXPECT_EQ(Write(image.substr(2)), 0);
 }
 
-TEST_F(SnifferBookkeeping, AfterTheJudgedWriteSlicesGoStraightToTheFile) {
+TEST_F(SnifferTest, AfterTheJudgedWriteSlicesGoStraightToTheFile) {
   EXPECT_EQ(Write("hello"), 0);
   size_t opens = files.Opens().size();
   EXPECT_EQ(Write(" world"), 0);
@@ -236,7 +226,7 @@ TEST_F(SnifferBookkeeping, AfterTheJudgedWriteSlicesGoStraightToTheFile) {
   EXPECT_EQ(record.lastWriteSize, 6u);
 }
 
-TEST_F(SnifferBookkeeping, AFailedWriteStillMovesTheWritePosition) {
+TEST_F(SnifferTest, AFailedWriteStillMovesTheWritePosition) {
   files.FailWrites(112);
   EXPECT_EQ(Write("hello"), static_cast<int32_t>(0x80070070));
   EXPECT_EQ(written, 0u);
@@ -244,7 +234,7 @@ TEST_F(SnifferBookkeeping, AFailedWriteStillMovesTheWritePosition) {
   EXPECT_EQ(record.lastWriteSize, 5u);
 }
 
-TEST_F(SnifferBookkeeping, AnImageIsKeptWhenItsHandleCannotBeClosed) {
+TEST_F(SnifferTest, AnImageIsKeptWhenItsHandleCannotBeClosed) {
   files.FailCloses(true);
   EXPECT_EQ(Write(Image()), kFail);
   EXPECT_TRUE(files.Exists(kPath));

@@ -9,11 +9,10 @@ namespace {
 constexpr int32_t kRead = static_cast<int32_t>(FileOpenMode::Read);
 constexpr int32_t kWrite = static_cast<int32_t>(FileOpenMode::Write);
 
-TEST(FakeFileSystem, InjectedFailuresAnswerEveryOperationOnThePath) {
+TEST(FakeFileSystem, InjectedFailuresAnswerEveryOperationOnThePathButTheListingStillShowsIt) {
   FakeFileSystem files;
-  files.AddFile(u"C:\\Dir\\locked.dll", "x");
-  files.AddFile(u"C:\\Dir\\denied.dll", "x");
-  files.AddFile(u"C:\\Dir\\hidden.dll", "x");
+  for (const char16_t* name : {u"C:\\Dir\\locked.dll", u"C:\\Dir\\denied.dll", u"C:\\Dir\\hidden.dll"})
+    files.AddFile(name, "x");
   files.Lock(u"C:\\Dir\\locked.dll");
   files.Deny(u"c:/dir/DENIED.dll");
   files.Hide(u"C:\\Dir\\hidden.dll");
@@ -26,7 +25,6 @@ TEST(FakeFileSystem, InjectedFailuresAnswerEveryOperationOnThePath) {
   EXPECT_EQ(files.DeleteAtReboot(u"C:\\Dir\\denied.dll"), 5);
   EXPECT_EQ(files.ReadAll(u"C:\\Dir\\hidden.dll", bytes), 2);
   EXPECT_EQ(files.GetAttributes(u"C:\\Dir\\hidden.dll", attributes), 2);
-  // The listing still shows them: only the named operations fail.
   std::vector<std::u16string> names;
   EXPECT_EQ(files.EnumerateDirectory(u"C:\\Dir", names), 0);
   EXPECT_EQ(names, (std::vector<std::u16string>{u".", u"..", u"denied.dll", u"hidden.dll", u"locked.dll"}));
@@ -56,6 +54,7 @@ TEST(FakeFileSystem, MissingPathsAndDirectoriesAnswerAsThePlatformDoes) {
   files.AddDirectory(u"C:\\Full\\Sub");
   files.AddFile(u"C:\\Full\\ro.txt", "", FileAttribute::kReadOnly);
   FileHandleId handle = 0;
+  std::vector<std::u16string> names;
   EXPECT_EQ(files.Open(u"C:\\Full\\none.txt", kRead, handle), 2);
   EXPECT_EQ(files.Open(u"C:\\None\\none.txt", kRead, handle), 3);
   EXPECT_EQ(files.Open(u"C:\\Full\\ro.txt", kWrite, handle), 5);
@@ -64,7 +63,6 @@ TEST(FakeFileSystem, MissingPathsAndDirectoriesAnswerAsThePlatformDoes) {
   EXPECT_EQ(files.CreateDirectory(u"C:\\None\\Sub"), 3);
   EXPECT_EQ(files.RemoveDirectory(u"C:\\Full"), 145);
   EXPECT_EQ(files.RemoveDirectory(u"C:\\Full\\Sub"), 0);
-  std::vector<std::u16string> names;
   EXPECT_EQ(files.EnumerateDirectory(u"C:\\Gone", names), 3);
   EXPECT_EQ(files.DeleteAtReboot(u"C:\\Full\\ro.txt"), 0);
   EXPECT_EQ(files.RebootDeletes(), std::vector<std::u16string>{u"C:\\Full\\ro.txt"});

@@ -1,8 +1,7 @@
-#include "install/FileReplacer.h"
-
 #include <gtest/gtest.h>
 
-#include "tests/native/InstallTestWorld.h"
+#include "install/FileReplacer.h"
+#include "tests/native/TestWorld.h"
 
 using namespace SASM;
 
@@ -11,16 +10,15 @@ namespace {
 constexpr char16_t kSessionManager[] = u"SYSTEM\\CurrentControlSet\\Control\\Session Manager";
 constexpr char16_t kControl[] = u"C:\\Windows\\system32\\Halcyons\\Lumen\\LumenCtrl.ocx";
 
-class FileReplacerTest : public ::testing::Test {
+class FileReplacerTest : public WorldTest {
  protected:
-  explicit FileReplacerTest(const char16_t* settings = u"") : world_({}, settings) {}
+  explicit FileReplacerTest(const char16_t* settings = u"") : WorldTest({}, settings) {}
   FileReplacer Replacer() { return FileReplacer(*world_.shim, world_.GetPlatform()); }
   // Held open for reading, as a running player holds its file: readable, not deletable.
   void Hold(std::u16string_view path) {
     FileHandleId handle = 0;
     ASSERT_EQ(world_.files.Open(path, 4, handle), 0);
   }
-  InstallTestWorld world_;
 };
 
 TEST_F(FileReplacerTest, MissingOrFreeFilesGoWithoutAWord) {
@@ -35,7 +33,7 @@ TEST_F(FileReplacerTest, ReadOnlyFileIsClearedAndDeletedOnTheSecondTry) {
   world_.files.AddFile(u"C:\\Lumen\\readme.txt", "x", FileAttribute::kReadOnly);
   EXPECT_EQ(Replacer().ReplaceFile(MString(u"C:\\Lumen\\readme.txt"), 0), 0);
   EXPECT_FALSE(world_.files.Exists(u"C:\\Lumen\\readme.txt"));
-  EXPECT_EQ(world_.Reports(), (std::vector<std::string>{"1015 1 C:\\Lumen\\readme.txt 5"}));
+  EXPECT_EQ(world_.Reports(), (Strings{"1015 1 C:\\Lumen\\readme.txt 5"}));
   EXPECT_TRUE(world_.files.RebootDeletes().empty());
 }
 
@@ -44,9 +42,9 @@ TEST_F(FileReplacerTest, LockedActiveXFileStopsPlayersRetriesAndIsQueuedForResta
   Hold(kControl);
   EXPECT_EQ(Replacer().ReplaceFile(MString(kControl), 8), 32);
   std::string line = "1015 1 " + MString(kControl).ToUtf8() + " 20";
-  EXPECT_EQ(world_.Reports(), (std::vector<std::string>{line, "18 0 ", line}))
+  EXPECT_EQ(world_.Reports(), (Strings{line, "18 0 ", line}))
       << "the error stays after queueing: the caller sees a failure and the log has two lines";
-  EXPECT_EQ(world_.files.RebootDeletes(), (std::vector<std::u16string>{kControl}));
+  EXPECT_EQ(world_.files.RebootDeletes(), (Paths{kControl}));
   uint32_t allow = 0;
   EXPECT_EQ(world_.registry.ReadDword(RegistryHive::Machine, kSessionManager, u"AllowProtectedRenames", allow), 0);
   EXPECT_EQ(allow, 1u);
@@ -58,7 +56,7 @@ TEST_F(FileReplacerTest, LockedFileTheHostNamedAsFreshIsKeptWithoutRebootEntry) 
   Hold(u"C:\\Plugins\\NPLumenPlayer.dll");
   EXPECT_EQ(Replacer().ReplaceFile(MString(u"C:\\Plugins\\NPLumenPlayer.dll"), 16), 32);
   EXPECT_TRUE(world_.files.RebootDeletes().empty());
-  EXPECT_EQ(world_.Codes(), (std::vector<int32_t>{1015, 1015})) << "no StopPlayers for a plug-in";
+  EXPECT_EQ(world_.Codes(), (CodeList{1015, 1015})) << "no StopPlayers for a plug-in";
 }
 
 TEST_F(FileReplacerTest, FreshListsBelongToTheirKindAndFilesOfNoProductAreAlwaysQueued) {
@@ -75,7 +73,7 @@ TEST_F(FileReplacerTest, DeniedFileThatCannotBeQueuedEitherReportsBoth) {
   world_.files.Deny(u"C:\\Lumen\\p.dll");
   world_.registry.FailValue(RegistryHive::Machine, kSessionManager, u"AllowProtectedRenames", 5);
   EXPECT_EQ(Replacer().ReplaceFile(MString(u"C:\\Lumen\\p.dll"), 16), 5);
-  EXPECT_EQ(world_.Reports(), (std::vector<std::string>{
+  EXPECT_EQ(world_.Reports(), (Strings{
                                   "1015 1 C:\\Lumen\\p.dll 5",
                                   "1035 1 SYSTEM\\CurrentControlSet\\Control\\Session Manager/AllowProtectedRenames5",
                                   "1045 1 C:\\Lumen\\p.dll 5",
@@ -86,7 +84,7 @@ TEST_F(FileReplacerTest, DeniedFileThatCannotBeQueuedEitherReportsBoth) {
 TEST_F(FileReplacerTest, LockTestNeedsItsFlagAndAFileHeldFromWriting) {
   const MString path(u"C:\\Windows\\system32\\LumenPlayerApp.exe");
   EXPECT_EQ(Replacer().TestFileLocked(0, path), FileReplacer::kNotLocked);
-  EXPECT_EQ(world_.Reports(), (std::vector<std::string>{"20 0 C:\\Windows\\system32\\LumenPlayerApp.exe"}));
+  EXPECT_EQ(world_.Reports(), (Strings{"20 0 C:\\Windows\\system32\\LumenPlayerApp.exe"}));
   EXPECT_EQ(Replacer().TestFileLocked(512, path), FileReplacer::kNotLocked) << "missing";
   world_.files.AddFile(path.View(), "content");
   EXPECT_EQ(Replacer().TestFileLocked(512, path), FileReplacer::kNotLocked) << "free";
@@ -100,7 +98,7 @@ TEST_F(FileReplacerTest, LockedEmptyFileIsReported) {
   world_.files.AddFile(path.View(), "");
   Hold(path.View());
   EXPECT_EQ(Replacer().TestFileLocked(512 | 1, path), FileReplacer::kLockedEmpty);
-  EXPECT_EQ(world_.Codes(), (std::vector<int32_t>{20, 1046}));
+  EXPECT_EQ(world_.Codes(), (CodeList{20, 1046}));
 }
 
 TEST_F(FileReplacerTest, ExistsWhenReadableOrDenied) {
@@ -126,14 +124,14 @@ class SystemFileTest : public FileReplacerTest {
   SystemFileTest() : FileReplacerTest(u"Host { ControlPanelApplet LumenPlayerCPLApp.cpl; }") {
     world_.files.AddFile(kApplet, "cpl");
     world_.files.AddFile(kManager, "exe");
-    world_.registry.SetDword(RegistryHive::Machine, kCategory,
-                             u"C:\\Windows\\system32\\LumenPlayerCPLApp.cpl", 10);
+    world_.registry.SetDword(RegistryHive::Machine, kCategory, u"C:\\Windows\\system32\\LumenPlayerCPLApp.cpl", 10);
   }
 };
 
 TEST_F(SystemFileTest, StaysWhileAnyKindIsInstalled) {
   world_.registry.SetString(RegistryHive::Machine, u"Software\\Halcyonics\\LumenPlayerPepper", u"PlayerPath", u"p");
-  world_.registry.SetString(RegistryHive::Machine, u"Software\\Halcyonics\\LumenPlayerPepper", u"UninstallerPath", u"u");
+  world_.registry.SetString(RegistryHive::Machine, u"Software\\Halcyonics\\LumenPlayerPepper", u"UninstallerPath",
+                            u"u");
   EXPECT_TRUE(Replacer().RemoveSystemFile(MString(kApplet)));
   EXPECT_TRUE(world_.files.Exists(kApplet));
 }
@@ -145,7 +143,7 @@ TEST_F(SystemFileTest, AppletGoesWithItsControlPanelCategory) {
   EXPECT_EQ(world_.registry.ReadDword(RegistryHive::Machine, kCategory, u"C:\\Windows\\system32\\LumenPlayerCPLApp.cpl",
                                       category),
             2);
-  EXPECT_EQ(world_.Codes(), (std::vector<int32_t>{1036, 1036, 1036})) << "one failed path read per kind";
+  EXPECT_EQ(world_.Codes(), (CodeList{1036, 1036, 1036})) << "one failed path read per kind";
 }
 
 TEST_F(SystemFileTest, ExecutableLosesItsExecutionOptionsEvenWhenItStays) {

@@ -1,8 +1,7 @@
-#include "removal/FileTreeCleaner.h"
-
 #include <gtest/gtest.h>
 
-#include "tests/native/RemovalTestWorld.h"
+#include "removal/FileTreeCleaner.h"
+#include "tests/native/TestWorld.h"
 
 using namespace SASM;
 
@@ -11,7 +10,7 @@ namespace {
 constexpr uint64_t kSecond = 10000000;
 constexpr uint64_t kNow = 133500000000000000ull;
 
-class FileTreeCleanerTest : public ::testing::Test {
+class FileTreeCleanerTest : public WorldTest {
  protected:
   FileTreeCleanerTest() {
     world_.system.SetFileTime(kNow);
@@ -22,11 +21,9 @@ class FileTreeCleanerTest : public ::testing::Test {
     world_.files.SetLastWriteTime(path, kNow - ageSeconds * kSecond);
   }
   bool ByAge(uint32_t minAge, uint32_t maxAge, bool& emptied) {
-    return FileTreeCleaner(world_.GetPlatform()).DeleteFilesByAge(MString(u"C:\\Cache"), minAge, maxAge, emptied);
+    return Cleaner().DeleteFilesByAge(MString(u"C:\\Cache"), minAge, maxAge, emptied);
   }
-  bool Exists(const char16_t* path) const { return world_.files.Exists(path); }
-
-  RemovalTestWorld world_;
+  FileTreeCleaner Cleaner() { return FileTreeCleaner(world_.GetPlatform()); }
 };
 
 TEST_F(FileTreeCleanerTest, OnlyFilesStrictlyBetweenTheAgesGo) {
@@ -38,11 +35,10 @@ TEST_F(FileTreeCleanerTest, OnlyFilesStrictlyBetweenTheAgesGo) {
   bool emptied = true;
   EXPECT_TRUE(ByAge(60, 3600, emptied));
   EXPECT_FALSE(emptied);
-  EXPECT_TRUE(Exists(u"C:\\Cache\\young.bin"));
-  EXPECT_TRUE(Exists(u"C:\\Cache\\minimum.bin"));
-  EXPECT_FALSE(Exists(u"C:\\Cache\\between.bin"));
-  EXPECT_TRUE(Exists(u"C:\\Cache\\maximum.bin"));
-  EXPECT_TRUE(Exists(u"C:\\Cache\\ancient.bin"));
+  EXPECT_EQ(world_.Existing({u"C:\\Cache\\young.bin", u"C:\\Cache\\minimum.bin", u"C:\\Cache\\between.bin",
+                             u"C:\\Cache\\maximum.bin", u"C:\\Cache\\ancient.bin"}),
+            (Paths{u"C:\\Cache\\young.bin", u"C:\\Cache\\minimum.bin", u"C:\\Cache\\maximum.bin",
+                   u"C:\\Cache\\ancient.bin"}));
 }
 
 TEST_F(FileTreeCleanerTest, EmptiedFoldersGoAndAYoungFileKeepsItsFolders) {
@@ -52,50 +48,41 @@ TEST_F(FileTreeCleanerTest, EmptiedFoldersGoAndAYoungFileKeepsItsFolders) {
   bool emptied = true;
   EXPECT_TRUE(ByAge(0, 1000, emptied));
   EXPECT_FALSE(emptied);
-  EXPECT_FALSE(Exists(u"C:\\Cache\\a"));
-  EXPECT_FALSE(Exists(u"C:\\Cache\\c\\old.bin"));
-  EXPECT_TRUE(Exists(u"C:\\Cache\\c\\d\\now.bin"));
+  EXPECT_EQ(world_.Existing({u"C:\\Cache\\a", u"C:\\Cache\\c\\old.bin", u"C:\\Cache\\c\\d\\now.bin"}),
+            Paths{u"C:\\Cache\\c\\d\\now.bin"});
 }
 
-TEST_F(FileTreeCleanerTest, TimeAndSearchFailuresAnswerFalse) {
+TEST_F(FileTreeCleanerTest, TimeAndSearchFailuresAnswerFalseAndAnUnsearchableSubfolderCountsAsSomethingLeft) {
   bool emptied = false;
   EXPECT_TRUE(ByAge(0, 1000, emptied));
   EXPECT_TRUE(emptied);
+  File(u"C:\\Cache\\locked\\old.bin", 100);
+  world_.files.FailPath(u"C:\\Cache\\locked", 5);
+  EXPECT_TRUE(ByAge(0, 1000, emptied));
+  EXPECT_FALSE(emptied);
   world_.files.FailPath(u"C:\\Cache", 5);
   EXPECT_FALSE(ByAge(0, 1000, emptied));
   world_.system.SetFileTime(0);
   EXPECT_FALSE(ByAge(0, 1000, emptied));
 }
 
-TEST_F(FileTreeCleanerTest, UnsearchableSubfolderCountsAsSomethingLeft) {
-  File(u"C:\\Cache\\locked\\old.bin", 100);
-  world_.files.FailPath(u"C:\\Cache\\locked", 5);
-  bool emptied = true;
-  EXPECT_TRUE(ByAge(0, 1000, emptied));
-  EXPECT_FALSE(emptied);
-}
-
 TEST_F(FileTreeCleanerTest, Utf8FormRemovesTheEmptiedDirectoryToo) {
-  world_.files.AddDirectory(u"C:\\Caf\u00E9");
   File(u"C:\\Caf\u00E9\\old.bin", 100);
   bool emptied = false;
-  EXPECT_TRUE(FileTreeCleaner(world_.GetPlatform()).DeleteFilesByAgeUtf8("C:\\Caf\xC3\xA9", 0, 1000, emptied));
+  EXPECT_TRUE(Cleaner().DeleteFilesByAgeUtf8("C:\\Caf\xC3\xA9", 0, 1000, emptied));
   EXPECT_TRUE(emptied);
-  EXPECT_FALSE(Exists(u"C:\\Caf\u00E9"));
-  EXPECT_FALSE(FileTreeCleaner(world_.GetPlatform()).DeleteFilesByAgeUtf8(nullptr, 0, 1000, emptied));
+  EXPECT_FALSE(world_.files.Exists(u"C:\\Caf\u00E9"));
+  EXPECT_FALSE(Cleaner().DeleteFilesByAgeUtf8(nullptr, 0, 1000, emptied));
 }
 
-TEST_F(FileTreeCleanerTest, DeleteTreeRemovesEverythingAndTheDirectory) {
+TEST_F(FileTreeCleanerTest, DeleteTreeRemovesEverythingAndTheDirectoryOrFailsWhenItStays) {
   File(u"C:\\Cache\\a\\b\\x.bin", 1);
   File(u"C:\\Cache\\y.bin", 1);
-  EXPECT_TRUE(FileTreeCleaner(world_.GetPlatform()).DeleteTree(MString(u"C:\\Cache")));
-  EXPECT_FALSE(Exists(u"C:\\Cache"));
-}
-
-TEST_F(FileTreeCleanerTest, DeleteTreeFailsWhenTheDirectoryStays) {
+  EXPECT_TRUE(Cleaner().DeleteTree(MString(u"C:\\Cache")));
+  EXPECT_FALSE(world_.files.Exists(u"C:\\Cache"));
   world_.files.AddFile(u"C:\\Cache\\held.bin", "", FileAttribute::kReadOnly);
-  EXPECT_FALSE(FileTreeCleaner(world_.GetPlatform()).DeleteTree(MString(u"C:\\Cache")));
-  EXPECT_TRUE(Exists(u"C:\\Cache\\held.bin"));
+  EXPECT_FALSE(Cleaner().DeleteTree(MString(u"C:\\Cache")));
+  EXPECT_TRUE(world_.files.Exists(u"C:\\Cache\\held.bin"));
 }
 
 // A file system whose removal of one folder answers an error after the folder went.
@@ -110,25 +97,23 @@ class ComplainingFileSystem : public FakeFileSystem {
 
 TEST_F(FileTreeCleanerTest, DeleteTreeAnswersWithTheLastSubdirectoryOnly) {
   ComplainingFileSystem files;
-  files.AddDirectory(u"C:\\Tree\\a");
-  files.AddDirectory(u"C:\\Tree\\b");
   Platform platform = world_.GetPlatform();
   platform.files = &files;
   FileTreeCleaner cleaner(platform);
   // Kept as it stands: a later subdirectory's answer overwrites an earlier one.
-  files.complainAbout = u"C:\\Tree\\a";
-  EXPECT_TRUE(cleaner.DeleteTree(MString(u"C:\\Tree")));
-  files.AddDirectory(u"C:\\Tree\\a");
-  files.AddDirectory(u"C:\\Tree\\b");
-  files.complainAbout = u"C:\\Tree\\b";
-  EXPECT_FALSE(cleaner.DeleteTree(MString(u"C:\\Tree")));
+  for (auto [complaint, result] : {std::pair{u"C:\\Tree\\a", true}, std::pair{u"C:\\Tree\\b", false}}) {
+    files.AddDirectory(u"C:\\Tree\\a");
+    files.AddDirectory(u"C:\\Tree\\b");
+    files.complainAbout = complaint;
+    EXPECT_EQ(cleaner.DeleteTree(MString(u"C:\\Tree")), result);
+  }
 }
 
 TEST_F(FileTreeCleanerTest, DeleteTreeDoesNotSearchAPathBeyondItsRoom) {
   std::u16string deep = u"C:\\" + std::u16string(256, u'd');
   world_.files.AddFile(deep + u"\\x.bin");
-  EXPECT_FALSE(FileTreeCleaner(world_.GetPlatform()).DeleteTree(MString(std::u16string_view(deep))));
-  EXPECT_TRUE(Exists((deep + u"\\x.bin").c_str()));
+  EXPECT_FALSE(Cleaner().DeleteTree(MString(std::u16string_view(deep))));
+  EXPECT_TRUE(world_.files.Exists(deep + u"\\x.bin"));
 }
 
 }  // namespace

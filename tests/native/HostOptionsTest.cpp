@@ -1,6 +1,6 @@
-#include "host/HostOptions.h"
-
 #include <gtest/gtest.h>
+
+#include "host/HostOptions.h"
 
 using SASM::HostOptions;
 
@@ -11,19 +11,17 @@ TEST(HostOptions, KindSwitchesCombineIntoTheFlags) {
   EXPECT_EQ(options.mode, HostOptions::Mode::Lists);
 }
 
-TEST(HostOptions, NumbersAndPathsTakeTheirArgument) {
+TEST(HostOptions, NumbersAndPathsTakeTheirArgumentAndComStartSelectsTheBroker) {
   HostOptions options;
-  ASSERT_TRUE(options.Parse({u"-flags", u"0x8010", u"-source", u"2", u"-settings", u"C:\\s.txt", u"-module", u"m.dll"}));
+  ASSERT_TRUE(
+      options.Parse({u"-flags", u"0x8010", u"-source", u"2", u"-settings", u"C:\\s.txt", u"-module", u"m.dll"}));
   EXPECT_EQ(options.flags, 0x8010u);
   EXPECT_EQ(options.installSource, 2u);
   EXPECT_EQ(options.settingsPath, u"C:\\s.txt");
   EXPECT_EQ(options.modulePath, u"m.dll");
-}
-
-TEST(HostOptions, ComStartSelectsTheBroker) {
-  HostOptions options;
-  ASSERT_TRUE(options.Parse({u"-Embedding"}));
-  EXPECT_EQ(options.mode, HostOptions::Mode::Broker);
+  HostOptions broker;
+  ASSERT_TRUE(broker.Parse({u"-Embedding"}));
+  EXPECT_EQ(broker.mode, HostOptions::Mode::Broker);
 }
 
 TEST(HostOptions, InstallTakesTheKindsAndBothPaths) {
@@ -66,18 +64,17 @@ TEST(HostOptions, BadInputIsOneLineOfError) {
     std::vector<std::u16string> args;
     std::string error;
   };
-  for (const Case& c : {Case{{u"-bogus"}, "unknown switch: -bogus"},
-                        Case{{u"-settings"}, "missing argument after -settings"},
-                        Case{{u"-flags", u"12x"}, "not a number after -flags: 12x"},
-                        Case{{u"-source", u"99999999999"}, "not a number after -source: 99999999999"},
-                        Case{{u"-install", u"-player", u"p", u"-uninstaller", u"u"},
-                             "-install needs a kind: -activex, -npapi or -ppapi"},
-                        Case{{u"-install", u"-npapi", u"-player", u"p"},
-                             "-install needs -player PATH and -uninstaller PATH"},
-                        Case{{u"-install", u"-npapi", u"-uninstaller"}, "missing argument after -uninstaller"},
-                        Case{{u"-conflicts", u"-release"}, "-conflicts needs a kind: -activex, -npapi or -ppapi"},
-                        Case{{u"-uninstall", u"-directory", u"D"}, "-uninstall needs a kind: -activex, -npapi or -ppapi"},
-                        Case{{u"-uninstall", u"-npapi"}, "-uninstall needs -directory DIR"}}) {
+  for (const Case& c :
+       {Case{{u"-bogus"}, "unknown switch: -bogus"}, Case{{u"-settings"}, "missing argument after -settings"},
+        Case{{u"-flags", u"12x"}, "not a number after -flags: 12x"},
+        Case{{u"-source", u"99999999999"}, "not a number after -source: 99999999999"},
+        Case{{u"-install", u"-player", u"p", u"-uninstaller", u"u"},
+             "-install needs a kind: -activex, -npapi or -ppapi"},
+        Case{{u"-install", u"-npapi", u"-player", u"p"}, "-install needs -player PATH and -uninstaller PATH"},
+        Case{{u"-install", u"-npapi", u"-uninstaller"}, "missing argument after -uninstaller"},
+        Case{{u"-conflicts", u"-release"}, "-conflicts needs a kind: -activex, -npapi or -ppapi"},
+        Case{{u"-uninstall", u"-directory", u"D"}, "-uninstall needs a kind: -activex, -npapi or -ppapi"},
+        Case{{u"-uninstall", u"-npapi"}, "-uninstall needs -directory DIR"}}) {
     HostOptions options;
     EXPECT_FALSE(options.Parse(c.args));
     EXPECT_EQ(options.error, c.error);

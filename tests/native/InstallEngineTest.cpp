@@ -1,21 +1,17 @@
-#include "engine/InstallEngine.h"
-
 #include <gtest/gtest.h>
 
 #include <memory>
 
-#include "engine/LumenBrokerShim.h"
-#include "host/ReferenceHost.h"
-#include "tests/fakes/FakeFileSystem.h"
-#include "tests/fakes/FakeRegistry.h"
-#include "tests/fakes/FakeSystem.h"
+#include "engine/InstallEngine.h"
+#include "tests/native/TestWorld.h"
 
 using namespace SASM;
 
 namespace {
 
 constexpr char16_t kBase[] = u"C:\\Windows\\system32\\Halcyons\\Lumen\\";
-constexpr char16_t kProduct[] = u"C:\\Users\\T\\AppData\\Roaming\\Halcyonics\\Lumen Player\\www.halcyonics.example\\bin";
+constexpr char16_t kProduct[] =
+    u"C:\\Users\\T\\AppData\\Roaming\\Halcyonics\\Lumen Player\\www.halcyonics.example\\bin";
 
 constexpr char16_t kAllRows[] =
     u"AddRemoveProgramsGUIDsAX \"{A1}\"; AddRemoveProgramsGUIDsPlugin \"{P1}\"; AddRemoveProgramsGUIDsPepper \"{C1}\";"
@@ -25,36 +21,16 @@ constexpr char16_t kAllRows[] =
     u"AXFilenamePatterns x:.ocx; PluginFilenamePatterns np:.dll; PepperFilenamePatterns pep:.dll;"
     u"ProductManagerDirectoryPatterns lumen_;";
 
-std::vector<std::string> Texts(const MStringList& list) {
-  std::vector<std::string> texts;
-  for (auto* node = list.head; node; node = node->next) texts.push_back(node->key.ToUtf8());
-  return texts;
-}
-
 class InstallEngineTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    system_.SetFolder(26, u"C:\\Users\\T\\AppData\\Roaming");
-    files_.AddDirectory(kBase);
-    files_.AddDirectory(kProduct);
-  }
   InstallEngine& Start(const char16_t* settings) {
-    host_ = std::make_unique<ReferenceHost>(HostOptions{}, MString(settings));
-    shim_.reset(StartShim(host_.get(), Platform{&registry_, &files_, &system_}));
-    host_->shim = shim_.get();
-    return *shim_->GetEngine();
+    world_ = std::make_unique<TestWorld>(std::vector<std::u16string>{}, settings);
+    world_->system.SetFolder(26, u"C:\\Users\\T\\AppData\\Roaming");
+    world_->files.AddDirectory(kBase);
+    world_->files.AddDirectory(kProduct);
+    return *world_->shim->GetEngine();
   }
-  std::vector<int32_t> Codes() {
-    std::vector<int32_t> codes;
-    for (const auto& e : host_->Log().Entries()) codes.push_back(e.code);
-    return codes;
-  }
-
-  FakeRegistry registry_;
-  FakeFileSystem files_;
-  FakeSystem system_;
-  std::unique_ptr<ReferenceHost> host_;
-  std::unique_ptr<LumenBrokerShim> shim_;
+  std::unique_ptr<TestWorld> world_;
 };
 
 TEST_F(InstallEngineTest, ConstantsOfThisBuild) {
@@ -68,33 +44,36 @@ TEST_F(InstallEngineTest, ConstantsOfThisBuild) {
 }
 
 TEST_F(InstallEngineTest, EveryRowLandsInItsListAndPepperSelfGoesToThePlugin) {
-  files_.AddFile(std::u16string(kBase) + u"LumenUtil_ActiveX.exe");
-  files_.AddDirectory(std::u16string(kProduct) + u"\\lumen_1");
   InstallEngine& engine = Start(kAllRows);
+  world_->files.AddFile(std::u16string(kBase) + u"LumenUtil_ActiveX.exe");
+  world_->files.AddDirectory(std::u16string(kProduct) + u"\\lumen_1");
   EXPECT_TRUE(engine.LoadEngineLists());
-  EXPECT_EQ(Texts(engine.guidsAX), (std::vector<std::string>{"{A1}", "{A2}"}));
-  EXPECT_EQ(Texts(engine.guidsPlugin), (std::vector<std::string>{"{P1}", "{P2}", "{C2}"}));
-  EXPECT_EQ(Texts(engine.guidsPepper), (std::vector<std::string>{"{C1}"}));
-  EXPECT_EQ(Texts(engine.filenamesAX), (std::vector<std::string>{"a.ocx"}));
-  EXPECT_EQ(Texts(engine.pepperPatterns), (std::vector<std::string>{"pep:.dll"}));
-  EXPECT_EQ(Texts(engine.productManagerPatterns), (std::vector<std::string>{"lumen_"}));
+  EXPECT_EQ(TestWorld::Texts(engine.guidsAX), (Strings{"{A1}", "{A2}"}));
+  EXPECT_EQ(TestWorld::Texts(engine.guidsPlugin), (Strings{"{P1}", "{P2}", "{C2}"}));
+  EXPECT_EQ(TestWorld::Texts(engine.guidsPepper), Strings{"{C1}"});
+  EXPECT_EQ(TestWorld::Texts(engine.filenamesAX), Strings{"a.ocx"});
+  EXPECT_EQ(TestWorld::Texts(engine.pepperPatterns), Strings{"pep:.dll"});
+  EXPECT_EQ(TestWorld::Texts(engine.productManagerPatterns), Strings{"lumen_"});
   // The platform's first entry (".") is skipped; ".." stays.
-  EXPECT_EQ(Texts(engine.systemEntries), (std::vector<std::string>{"..", "LumenUtil_ActiveX.exe"}));
-  EXPECT_EQ(Texts(engine.productManagerEntries), (std::vector<std::string>{"..", "lumen_1"}));
+  EXPECT_EQ(TestWorld::Texts(engine.systemEntries), (Strings{"..", "LumenUtil_ActiveX.exe"}));
+  EXPECT_EQ(TestWorld::Texts(engine.productManagerEntries), (Strings{"..", "lumen_1"}));
   EXPECT_EQ(engine.baseDirectory.ToUtf8(), "C:\\Windows\\system32\\Halcyons\\Lumen\\");
-  EXPECT_TRUE(Codes().empty());
+  EXPECT_TRUE(world_->Codes().empty());
+
+  // A second load doubles every list.
+  engine.LoadEngineLists();
+  EXPECT_EQ(TestWorld::Texts(engine.filenamesAX), (Strings{"a.ocx", "a.ocx"}));
+  EXPECT_EQ(engine.systemEntries.Count(), 4);
 }
 
-TEST_F(InstallEngineTest, OptionalRowsMissingKeepTheResult) {
-  InstallEngine& engine = Start(
+TEST_F(InstallEngineTest, OptionalRowsMissingKeepTheResultButAMissingCountedRowFailsAndEveryRowStillRuns) {
+  InstallEngine& optional = Start(
       u"AddRemoveProgramsGUIDsAX; AddRemoveProgramsGUIDsPlugin; AddRemoveProgramsGUIDsPepper; FilenamesAX;"
       u"FilenamesPlugin; AXFilenamePatterns; PluginFilenamePatterns; PepperFilenamePatterns;"
       u"ProductManagerDirectoryPatterns;");
-  EXPECT_TRUE(engine.LoadEngineLists()) << "keys with no values count as read";
-  EXPECT_EQ(engine.guidsAX.Count(), 0);
-}
+  EXPECT_TRUE(optional.LoadEngineLists()) << "keys with no values count as read";
+  EXPECT_EQ(optional.guidsAX.Count(), 0);
 
-TEST_F(InstallEngineTest, AMissingCountedRowFailsButEveryRowStillRuns) {
   std::u16string settings(kAllRows);
   settings.replace(settings.find(u"FilenamesAX a.ocx;"), 18, u"");
   InstallEngine& engine = Start(settings.c_str());
@@ -102,31 +81,17 @@ TEST_F(InstallEngineTest, AMissingCountedRowFailsButEveryRowStillRuns) {
   EXPECT_EQ(engine.filenamesAX.Count(), 0);
   EXPECT_EQ(engine.productManagerPatterns.Count(), 1);
   EXPECT_EQ(engine.productManagerEntries.Count(), 1);
+
+  InstallEngine& empty = Start(u"");
+  EXPECT_FALSE(empty.LoadEngineLists());
+  EXPECT_EQ(empty.guidsPlugin.Count(), 0);
 }
 
 TEST_F(InstallEngineTest, AListingThatCannotStartIsReportedWithItsError) {
-  files_.FailPath(kProduct, 5);
   InstallEngine& engine = Start(kAllRows);
+  world_->files.FailPath(kProduct, 5);
   EXPECT_FALSE(engine.LoadEngineLists());
-  ASSERT_EQ(host_->Log().Count(), 1);
-  const auto& entry = host_->Log().Entries()[0];
-  EXPECT_EQ(entry.severity, 1);
-  EXPECT_EQ(entry.code, 1113);
-  EXPECT_EQ(entry.text.ToUtf8(), std::string(MString(kProduct).ToUtf8()) + " 5");
-}
-
-TEST_F(InstallEngineTest, ASecondLoadDoublesEveryList) {
-  InstallEngine& engine = Start(kAllRows);
-  engine.LoadEngineLists();
-  engine.LoadEngineLists();
-  EXPECT_EQ(Texts(engine.filenamesAX), (std::vector<std::string>{"a.ocx", "a.ocx"}));
-  EXPECT_EQ(engine.systemEntries.Count(), 2);
-}
-
-TEST_F(InstallEngineTest, NoSettingsAtAllFailsEveryCountedRow) {
-  InstallEngine& engine = Start(u"");
-  EXPECT_FALSE(engine.LoadEngineLists());
-  EXPECT_EQ(engine.guidsPlugin.Count(), 0);
+  EXPECT_EQ(world_->Reports(), Strings{"1113 1 " + MString(kProduct).ToUtf8() + " 5"});
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
-#include "engine/MString.h"
-
 #include <gtest/gtest.h>
 
 #include <memory>
+
+#include "engine/MString.h"
 
 using SASM::MString;
 
@@ -90,7 +90,7 @@ TEST(MStringAppend, MakesANewBlockAndTreatsNullReceiverAsEmpty) {
   EXPECT_FALSE(nothing.IsNull());
 }
 
-TEST(MStringAppendPath, JoinsWithExactlyOneSeparator) {
+TEST(MStringAppendPath, JoinsWithExactlyOneSeparatorLookingAtTheOtherBlockNotItsView) {
   EXPECT_EQ(Path(u'\\', MString(u"a\\"), MString(u"\\b")).View(), u"a\\b");
   EXPECT_EQ(Path(u'\\', MString(u"a"), MString(u"b")).View(), u"a\\b");
   EXPECT_EQ(Path(u'\\', MString(u"a\\"), MString(u"b")).View(), u"a\\b");
@@ -99,9 +99,6 @@ TEST(MStringAppendPath, JoinsWithExactlyOneSeparator) {
   EXPECT_EQ(Path(u'\\', MString(u"a"), MString::Empty()).View(), u"a");
   EXPECT_EQ(Path(u'\\', MString(u"a"), MString()).View(), u"a");
   EXPECT_EQ(Path(0, MString(u"a"), MString(u"b")).View(), u"a");
-}
-
-TEST(MStringAppendPath, SeamLooksAtTheOtherBlockNotItsView) {
   MString other(u"\\xb");
   other.Take(1);  // view "xb", but the block still starts with the separator
   EXPECT_EQ(Path(u'\\', MString(u"a"), other).View(), u"axb");
@@ -116,7 +113,7 @@ TEST(MStringReplace, ReplacesLeftToRightWithoutRescanning) {
   EXPECT_TRUE(MString::Replace(MString(), MString(u"a"), MString(u"z")).IsNull());
 }
 
-TEST(MStringScanning, SpanAndTakeUntilStopBeforeTheDelimiter) {
+TEST(MStringScanning, SpanAndTakeStopBeforeTheDelimiterAndTakeLeavesEmptyAlone) {
   EXPECT_EQ(MString(u"a.b").SpanUntil(".").View(), u"a");
   EXPECT_EQ(MString(u"ab").SpanUntil(".").View(), u"ab");
   MString text(u"key=value");
@@ -125,12 +122,9 @@ TEST(MStringScanning, SpanAndTakeUntilStopBeforeTheDelimiter) {
   MString blanks(u" \t ab");
   EXPECT_EQ(blanks.TakeUntil(" \t", true).View(), u" \t ");
   EXPECT_EQ(blanks.View(), u"ab");
-}
-
-TEST(MStringScanning, TakeMovesStartAndLeavesEmptyAlone) {
-  MString text(u"abc");
-  EXPECT_EQ(text.Take(2).View(), u"ab");
-  EXPECT_EQ(text.View(), u"c");
+  MString abc(u"abc");
+  EXPECT_EQ(abc.Take(2).View(), u"ab");
+  EXPECT_EQ(abc.View(), u"c");
   MString empty = MString::Empty();
   EXPECT_TRUE(empty.Take(1).IsEmpty());
   EXPECT_TRUE(empty.IsEmpty());

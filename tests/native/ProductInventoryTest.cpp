@@ -1,8 +1,7 @@
-#include "install/ProductInventory.h"
-
 #include <gtest/gtest.h>
 
-#include "tests/native/InstallTestWorld.h"
+#include "install/ProductInventory.h"
+#include "tests/native/TestWorld.h"
 
 using namespace SASM;
 
@@ -11,10 +10,9 @@ namespace {
 constexpr RegistryHive kMachine = RegistryHive::Machine;
 constexpr RegistryHive kUser = RegistryHive::CurrentUser;
 
-class ProductInventoryTest : public ::testing::Test {
+class ProductInventoryTest : public WorldTest {
  protected:
   ProductInventory Inventory() { return ProductInventory(*world_.host, world_.registry); }
-  InstallTestWorld world_;
 };
 
 TEST_F(ProductInventoryTest, AnyOtherKindNamesTheBaseKey) {
@@ -22,22 +20,22 @@ TEST_F(ProductInventoryTest, AnyOtherKindNamesTheBaseKey) {
   EXPECT_EQ(ProductInventory::GetReleaseTypeKey(1).ToUtf8(), "Software\\Halcyonics\\LumenPlayer");
 }
 
-TEST_F(ProductInventoryTest, InstalledVersionStatesAgainstThisBuild) {
-  struct Case {
-    const char16_t* version;
-    int32_t state;
-  };
-  for (Case c : {Case{u"28.0.0.126", 2}, Case{u"28.0.0.125", 1}, Case{u"28.0.0.127", 3}, Case{u"28.1.0.0", 3},
-                 Case{u"27.9.9.999", 1}, Case{u"29", 3}, Case{u"28.0.1.0", 3}, Case{u"28", 1}, Case{u"", 1}}) {
-    world_.registry.SetString(kMachine, u"Software\\Halcyonics\\LumenPlayerPlugin", u"Version", c.version);
-    EXPECT_EQ(Inventory().CompareInstalledVersion(16), c.state) << MString(c.version).ToUtf8();
+TEST_F(ProductInventoryTest, InstalledVersionStatesAgainstThisBuildAndAMissingVersionIsReported) {
+  for (auto [version, state] : {std::pair{u"28.0.0.126", 2},
+                                {u"28.0.0.125", 1},
+                                {u"28.0.0.127", 3},
+                                {u"28.1.0.0", 3},
+                                {u"27.9.9.999", 1},
+                                {u"29", 3},
+                                {u"28.0.1.0", 3},
+                                {u"28", 1},
+                                {u"", 1}}) {
+    world_.registry.SetString(kMachine, u"Software\\Halcyonics\\LumenPlayerPlugin", u"Version", version);
+    EXPECT_EQ(Inventory().CompareInstalledVersion(16), state) << MString(version).ToUtf8();
   }
   EXPECT_TRUE(world_.Reports().empty());
-}
-
-TEST_F(ProductInventoryTest, MissingVersionIsNotInstalledAndReported) {
   EXPECT_EQ(Inventory().CompareInstalledVersion(8), ProductInventory::kNotInstalled);
-  EXPECT_EQ(world_.Reports(), (std::vector<std::string>{"1036 1 Software\\Halcyonics\\LumenPlayerActiveX/Version 2"}));
+  EXPECT_EQ(world_.Reports(), Strings{"1036 1 Software\\Halcyonics\\LumenPlayerActiveX/Version 2"});
 }
 
 TEST_F(ProductInventoryTest, SafeVersionRefusesOnlyARevisionAboveThisBuild) {
@@ -59,10 +57,11 @@ TEST_F(ProductInventoryTest, ReleaseTypeIsDecidedByTheLastKindSet) {
 }
 
 TEST_F(ProductInventoryTest, ReleaseTypeKeyWithoutItsValueReadsAsZero) {
-  world_.registry.CreateKey(kMachine, u"SOFTWARE\\Halcyonics\\LumenPlayerPluginReleaseType", RegistryAccess::kAllAccess);
+  world_.registry.CreateKey(kMachine, u"SOFTWARE\\Halcyonics\\LumenPlayerPluginReleaseType",
+                            RegistryAccess::kAllAccess);
   EXPECT_TRUE(Inventory().ReleaseTypeMatches(16, 0));
   EXPECT_FALSE(Inventory().ReleaseTypeMatches(16, 1));
-  EXPECT_EQ(world_.Codes(), (std::vector<int32_t>{1036, 1036}));
+  EXPECT_EQ(world_.Codes(), (CodeList{1036, 1036}));
 }
 
 TEST_F(ProductInventoryTest, VersionStringsCompareByTheirFourNumbers) {
@@ -81,50 +80,41 @@ TEST_F(ProductInventoryTest, PlayerPathsNeedBothValues) {
   EXPECT_TRUE(Inventory().ReadPlayerPaths(32768, player, uninstaller));
   EXPECT_EQ(player.ToUtf8(), "C:\\p.dll");
   EXPECT_EQ(uninstaller.ToUtf8(), "C:\\u.exe");
-  EXPECT_EQ(world_.Reports(),
-            (std::vector<std::string>{"1036 1 Software\\Halcyonics\\LumenPlayerPepper/UninstallerPath 2"}));
+  EXPECT_EQ(world_.Reports(), (Strings{"1036 1 Software\\Halcyonics\\LumenPlayerPepper/UninstallerPath 2"}));
 }
 
-TEST_F(ProductInventoryTest, CleanRegistryCountsFiveStepsAndTheCodeStoreForActiveX) {
-  const char16_t kRunOnce[] = u"Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce";
-  auto fill = [&] {
-    world_.registry.SetString(kUser, kRunOnce, u"LumenPlayerUpdate", u"x");
-    world_.registry.SetString(kUser, u"Software\\Halcyonics\\LumenPlayerActiveX", u"v", u"x");
-    world_.registry.SetString(kUser, u"Software\\Halcyonics\\LumenPlayer", u"LumenPlayerVersion", u"x");
-    world_.registry.SetString(kUser, u"Software\\Halcyonics\\LumenPlayer", u"TwlInstall", u"x");
-    world_.registry.CreateKey(kMachine, u"Software\\Halcyonics\\LumenPlayerActiveXReleaseType", 0);
+TEST_F(ProductInventoryTest, CleanRegistryCountsFiveStepsAndTheCodeStoreForActiveXButNotThePlugInsOldEntry) {
+  // What a registration of the kind leaves for the clean-up to find.
+  auto fill = [](TestWorld& world, const char16_t* word) {
+    std::u16string product = std::u16string(u"Software\\Halcyonics\\LumenPlayer") + word;
+    world.registry.SetString(kUser, u"Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce", u"LumenPlayerUpdate",
+                             u"x");
+    world.registry.SetString(kUser, product, u"v", u"x");
+    world.registry.SetString(kUser, u"Software\\Halcyonics\\LumenPlayer", u"LumenPlayerVersion", u"x");
+    world.registry.SetString(kUser, u"Software\\Halcyonics\\LumenPlayer", u"TwlInstall", u"x");
+    world.registry.CreateKey(kMachine, product + u"ReleaseType", 0);
   };
-  fill();
+  const char16_t kCodeStore[] =
+      u"Software\\Microsoft\\Code Store Database\\Distribution Units\\{7B1C3F52-4D0A-11CF-96B8-5A1E0C2D7F10}";
+  fill(world_, u"ActiveX");
   EXPECT_FALSE(Inventory().CleanRegistry(8)) << "the code store entry is missing and counts";
-  EXPECT_EQ(world_.Reports(), (std::vector<std::string>{
-                                  "1037 1 Software\\Microsoft\\Code Store Database\\Distribution Units\\"
-                                  "{7B1C3F52-4D0A-11CF-96B8-5A1E0C2D7F10}/ 2"}));
+  EXPECT_EQ(world_.Reports(), Strings{"1037 1 " + MString(kCodeStore).ToUtf8() + "/ 2"});
   EXPECT_FALSE(world_.registry.KeyExists(kUser, u"Software\\Halcyonics\\LumenPlayerActiveX"));
-
-  fill();
-  world_.registry.CreateKey(kMachine,
-                            u"Software\\Microsoft\\Code Store Database\\Distribution Units\\"
-                            u"{7B1C3F52-4D0A-11CF-96B8-5A1E0C2D7F10}",
-                            0);
+  fill(world_, u"ActiveX");
+  world_.registry.CreateKey(kMachine, kCodeStore, 0);
   EXPECT_TRUE(Inventory().CleanRegistry(8));
-}
 
-TEST_F(ProductInventoryTest, OldUninstallKeyOfThePlugInsDoesNotCount) {
-  world_.registry.SetString(kUser, u"Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce", u"LumenPlayerUpdate", u"x");
-  world_.registry.CreateKey(kUser, u"Software\\Halcyonics\\LumenPlayerPlugin", 0);
-  world_.registry.SetString(kUser, u"Software\\Halcyonics\\LumenPlayer", u"LumenPlayerVersion", u"x");
-  world_.registry.SetString(kUser, u"Software\\Halcyonics\\LumenPlayer", u"TwlInstall", u"x");
-  world_.registry.CreateKey(kMachine, u"Software\\Halcyonics\\LumenPlayerPluginReleaseType", 0);
-  EXPECT_TRUE(Inventory().CleanRegistry(16));
-  EXPECT_EQ(world_.Reports(),
-            (std::vector<std::string>{
-                "1037 1 SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Corva Lumen Player Plugin/ 2"}));
+  TestWorld plugin;
+  fill(plugin, u"Plugin");
+  EXPECT_TRUE(ProductInventory(*plugin.host, plugin.registry).CleanRegistry(16));
+  EXPECT_EQ(plugin.Reports(),
+            Strings{"1037 1 SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Corva Lumen Player Plugin/ 2"});
 }
 
 TEST_F(ProductInventoryTest, CleanRegistryGoesOnAfterEachFailure) {
   EXPECT_FALSE(Inventory().CleanRegistry(32768));
   EXPECT_EQ(world_.Reports(),
-            (std::vector<std::string>{
+            (Strings{
                 "1037 1 Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce/LumenPlayerUpdate 2",
                 "1037 1 Software\\Halcyonics\\LumenPlayerPepper/ 2",
                 "1037 1 Software\\Halcyonics\\LumenPlayer/LumenPlayerVersion 2",
@@ -141,7 +131,7 @@ TEST_F(ProductInventoryTest, ProductAndSafeVersionKeysGoWithTheirSubkeys) {
   EXPECT_TRUE(Inventory().DeleteSafeVersions());
   EXPECT_FALSE(world_.registry.KeyExists(kMachine, u"Software\\Halcyonics\\LumenPlayerPlugin"));
   EXPECT_FALSE(Inventory().DeleteProductKey(16));
-  EXPECT_EQ(world_.Reports(), (std::vector<std::string>{"1037 1 Software\\Halcyonics\\LumenPlayerPlugin/ 2"}));
+  EXPECT_EQ(world_.Reports(), (Strings{"1037 1 Software\\Halcyonics\\LumenPlayerPlugin/ 2"}));
 }
 
 }  // namespace

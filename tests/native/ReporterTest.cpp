@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "engine/HostCallbacks.h"
+#include "host/ReferenceHost.h"
 
 using namespace SASM;
 
@@ -17,49 +17,15 @@ struct Report {
   std::u16string text;
 };
 
-// Keeps every report; the rest of the table answers trivially.
-class RecordingHost : public HostCallbacks {
+// Keeps every report whole, its first argument too.
+class RecordingHost : public ReferenceHost {
  public:
-  std::vector<Report> reports;
-
+  RecordingHost() : ReferenceHost(HostOptions{}, MString(u"")) {}
   void ReportMessage(int64_t reserved, int32_t severity, int32_t code, MString text) override {
     reports.push_back({reserved, severity, code, text.ToU16()});
   }
   const std::u16string& LastText() const { return reports.back().text; }
-
-  void LoadStringFallback(MString&, uint32_t, int32_t) override {}
-  MessageLog* GetMessageLog() override { return nullptr; }
-  uint32_t GetFlags() override { return 0; }
-  bool DecompressImage(void*, uint32_t, const void*, uint32_t) override { return false; }
-  MString& GetPayloadPath(MString& out) override { return out; }
-  bool ConflictCheckIsOptional() override { return false; }
-  bool ConflictsBlockInstall() override { return false; }
-  void NotifyConflictsCleared(void*) override {}
-  bool IsRestartRequired() override { return false; }
-  void GetBrowserPaths(MString&, MString&) override {}
-  void GetPluginPaths(MString&, MString&) override {}
-  void GetPepperPaths(MString&, MString&) override {}
-  void GetControlPanelAppletName(MString&) override {}
-  void GetSettingsManagerFileName(MString&) override {}
-  void GetUtilityPath(MString&) override {}
-  void GetUpdateServiceFileName(MString&) override {}
-  void GetFeedbackServiceFileName(MString&) override {}
-  SettingsTree* GetSettings() override { return nullptr; }
-  uint32_t GetInstallSource() override { return 0; }
-  void GetDownloadSettings(MString&, uint8_t&) override {}
-  uint32_t GetOsClass() override { return 0; }
-  bool SkipsUpdateChoice() override { return false; }
-  bool AnalyticsAllowed() override { return false; }
-  uint32_t GetSessionMode() override { return 0; }
-  void BeginRemoval() override {}
-  void FileRemovalFinished(int32_t) override {}
-  MString& GetPreviousActiveXVersion(MString& out) override { return out; }
-  MString& GetPreviousPluginVersion(MString& out) override { return out; }
-  MString& GetPreviousPepperVersion(MString& out) override { return out; }
-  MString& GetTaskCommandPath(MString& out) override { return out; }
-  bool GetUpdateDialogData(MStringList&) override { return false; }
-  void SetAutoUpdateChoice(int32_t) override {}
-  void StoreUpdateChoice(int32_t) override {}
+  std::vector<Report> reports;
 };
 
 const MString kPath(u"C:\\dir\\file.dll");

@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "engine/WindowsFileManager.h"
-#include "tests/fakes/FakeFileSystem.h"
-#include "tests/fakes/FakeRegistry.h"
-#include "tests/fakes/FakeSystem.h"
+#include "tests/native/TestWorld.h"
 
 using namespace SASM;
 
@@ -11,7 +9,7 @@ namespace {
 
 constexpr char16_t kConfig[] = u"C:\\Windows\\SysWOW64\\Halcyons\\Lumen\\hms.cfg";
 
-class WindowsFileManagerTest : public ::testing::Test {
+class WindowsFileManagerTest : public WorldTest {
  protected:
   WindowsFileManagerTest() {
     WindowsFileManager::ForgetProcessValues();
@@ -28,10 +26,9 @@ class WindowsFileManagerTest : public ::testing::Test {
     return manager.EnableLocalAppData();
   }
 
-  FakeRegistry registry_;
-  FakeFileSystem files_;
-  FakeSystem system_;
-  Platform platform_{&registry_, &files_, &system_};
+  FakeFileSystem& files_ = world_.files;
+  FakeSystem& system_ = world_.system;
+  Platform platform_ = world_.GetPlatform();
 };
 
 TEST_F(WindowsFileManagerTest, LocalAppDataFlagIsReadFromTheConfigFile) {
@@ -39,9 +36,7 @@ TEST_F(WindowsFileManagerTest, LocalAppDataFlagIsReadFromTheConfigFile) {
   EXPECT_FALSE(LocalFlagFor("EnableLocalAppData=0\n"));
   EXPECT_TRUE(LocalFlagFor("EnableLocalAppData=2\n"));
   EXPECT_FALSE(LocalFlagFor("enablelocalappdata=1\n"));
-  EXPECT_FALSE(
-      LocalFlagFor("\xFF\xFE"
-                   "EnableLocalAppData=1\n"));
+  EXPECT_FALSE(LocalFlagFor(std::string("\xFF\xFE") + "EnableLocalAppData=1\n"));
 }
 
 TEST_F(WindowsFileManagerTest, MissingConfigFileMeansRoamingData) {
