@@ -47,8 +47,9 @@ TEST_F(BrokerPathPolicyTest, ForbiddenCharactersAndStrayColonsAreRefused) {
 }
 
 TEST_F(BrokerPathPolicyTest, ComponentsMayNeitherBeginNorEndWithADotSoDevicesFailToo) {
-  // The fake, like the platform, keeps a trailing dot on an inner folder, leaves long paths
-  // alone and turns device names into "\\.\" paths.
+  // Unlike the platform, the fake keeps a trailing dot on an inner folder and leaves long
+  // paths alone, so these dots reach the rules as written; like it, the fake turns device
+  // names into "\\.\" paths.
   for (const char16_t* path : {u"C:\\A\\B.\\X.SOL", u"C:\\A\\.CONFIG\\X.SOL", u"\\\\?\\C:\\A\\..\\X.SOL",
                                u"\\\\?\\C:\\A\\.\\X.SOL", u"C:\\A\\%2e\\X.SOL", u"C:\\A\\B%2E\\X.SOL",
                                u"C:\\A\\%2EB\\X.SOL", u"C:\\A\\CON", u"C:\\A\\nul.sol", u"\\\\.\\PhysicalDrive0"}) {
