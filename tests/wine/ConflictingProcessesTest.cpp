@@ -27,11 +27,6 @@ std::wstring Unique(const wchar_t* stem, const wchar_t* extension) {
   return stem + std::to_wstring(GetCurrentProcessId()) + extension;
 }
 
-std::wstring Lower(std::wstring text) {
-  CharLowerBuffW(text.data(), static_cast<DWORD>(text.size()));
-  return text;
-}
-
 std::optional<std::wstring> ReadText(HKEY root, const wchar_t* key, const wchar_t* name) {
   wchar_t buffer[1024] = {};
   DWORD size = sizeof(buffer) - sizeof(wchar_t);
@@ -83,16 +78,10 @@ class InstalledPlugin {
 
 class ConflictingProcessesTest : public ::testing::Test {
  protected:
-  ConflictingProcessesTest() : directory_(TempDirectory()) { tree_.Directory(directory_); }
+  ConflictingProcessesTest() { tree_.Directory(directory_); }
   ~ConflictingProcessesTest() override {
-    if (host_) host_->shim = nullptr;
+    world_.reset();
     for (const std::wstring& copy : copies_) DeleteFileW(copy.c_str());
-  }
-
-  static std::wstring TempDirectory() {
-    wchar_t temp[MAX_PATH];
-    GetTempPathW(MAX_PATH, temp);
-    return std::wstring(temp) + L"LumenUtilTests\\Conflicts";
   }
 
   // A copy that goes when the test ends.
@@ -104,10 +93,8 @@ class ConflictingProcessesTest : public ::testing::Test {
   }
 
   LumenBrokerShim& Start(const std::wstring& settings) {
-    host_ = std::make_unique<ReferenceHost>(HostOptions{}, MString(FromWide(settings.c_str())));
-    shim_.reset(StartShim(host_.get(), Win32Platform()));
-    host_->shim = shim_.get();
-    return *shim_;
+    world_ = std::make_unique<WineTest::HostedShim>(FromWide(settings.c_str()));
+    return *world_->shim;
   }
 
   // "key=shown" of the entry with this key, or empty.
@@ -118,11 +105,10 @@ class ConflictingProcessesTest : public ::testing::Test {
     return "";
   }
 
-  std::wstring directory_;
+  std::wstring directory_ = WineTest::TestDirectory(L"Conflicts");
   WineTest::TempTree tree_;
   std::vector<std::wstring> copies_;
-  std::unique_ptr<ReferenceHost> host_;
-  std::unique_ptr<LumenBrokerShim> shim_;
+  std::unique_ptr<WineTest::HostedShim> world_;
 };
 
 TEST_F(ConflictingProcessesTest, AProgramHoldingTheInstalledPlayerIsFoundByItsModulesAndShownByItsFriendlyName) {
@@ -145,7 +131,7 @@ TEST_F(ConflictingProcessesTest, ARunningBrowserIsFoundByItsFullPath) {
     WineTest::HelperProcess running;
     ASSERT_TRUE(running.Run(browser));
     EXPECT_TRUE(shim.FindDefaultBrowser());
-    EXPECT_EQ(Lower(ToWide(shim.browserName.View())), Lower(browser));
+    EXPECT_EQ(WineTest::Lower(ToWide(shim.browserName.View())), WineTest::Lower(browser));
   }
   EXPECT_FALSE(shim.FindDefaultBrowser()) << "no browser runs any more";
 }
@@ -161,7 +147,7 @@ TEST_F(ConflictingProcessesTest, TheActiveXHelperIsEndedButNotListed) {
   ASSERT_TRUE(process);
   std::unique_ptr<MStringList> found(shim.FindConflicts(8));
   ASSERT_NE(found, nullptr);
-  EXPECT_EQ(EntryOf(*found, Lower(helperName.substr(0, helperName.size() - 4))), "");
+  EXPECT_EQ(EntryOf(*found, WineTest::Lower(helperName.substr(0, helperName.size() - 4))), "");
   ASSERT_EQ(WaitForSingleObject(process.get(), 10000), WAIT_OBJECT_0);
   DWORD code = 1;
   GetExitCodeProcess(process.get(), &code);
