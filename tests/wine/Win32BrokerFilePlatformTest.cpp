@@ -26,33 +26,10 @@ namespace {
 
 constexpr int32_t kFail = static_cast<int32_t>(0x80004005);
 
-std::string Image() {
-  std::string bytes(0x200, '\x90');
-  bytes.replace(0, 2, "MZ");
-  bytes.replace(60, 4, std::string("\x80\0\0\0", 4));
-  bytes.replace(0x80, 4, std::string("PE\0\0", 4));
-  return bytes;
-}
-
-SAFEARRAY* Bytes(const std::string& bytes) {
-  SAFEARRAY* array = SafeArrayCreateVector(VT_UI1, 0, static_cast<ULONG>(bytes.size()));
-  void* data = nullptr;
-  SafeArrayAccessData(array, &data);
-  memcpy(data, bytes.data(), bytes.size());
-  SafeArrayUnaccessData(array);
-  return array;
-}
+SAFEARRAY* Bytes(const std::string& bytes) { return WineTest::ByteArray(bytes).release(); }
 
 std::string FileContent(const std::wstring& path) {
-  HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0,
-                            nullptr);
-  if (file == INVALID_HANDLE_VALUE) return "<missing>";
-  std::string content(4096, '\0');
-  DWORD read = 0;
-  ReadFile(file, content.data(), 4096, &read, nullptr);
-  CloseHandle(file);
-  content.resize(read);
-  return content;
+  return WineTest::FileExists(path) ? WineTest::ReadAll(path) : "<missing>";
 }
 
 // The broker's file family as the server object will hold it, in the
@@ -105,16 +82,6 @@ class Win32BrokerFilePlatformTest : public ::testing::Test {
 };
 
 }  // namespace
-
-TEST_F(Win32BrokerFilePlatformTest, AnImageWrittenInOneSliceLeavesNothingOnTheDisk) {
-  Owns(L"plugin.dll");
-  int32_t hr = 0;
-  uint32_t cookie = Open(L"plugin.dll", 0, &hr);
-  ASSERT_EQ(hr, 0);
-  EXPECT_EQ(Write(cookie, Bytes(Image())), kFail);
-  EXPECT_EQ(GetFileAttributesW(Path(L"plugin.dll").c_str()), INVALID_FILE_ATTRIBUTES);
-  EXPECT_EQ(methods_.CloseHandle(cookie), 0);
-}
 
 TEST_F(Win32BrokerFilePlatformTest, OrdinaryDataIsWrittenMarkedAndReadBackInTheAskedLength) {
   Owns(L"cache.dll");
