@@ -21,59 +21,36 @@ using namespace SASM;
 
 namespace {
 
-constexpr wchar_t kPluginKey[] = L"Software\\Halcyonics\\LumenPlayerPlugin";
+const std::wstring kPluginKey = std::wstring(WineTest::ProductKeys::kProduct) + L"Plugin";
 
 std::wstring Unique(const wchar_t* stem, const wchar_t* extension) {
   return stem + std::to_wstring(GetCurrentProcessId()) + extension;
 }
 
-std::optional<std::wstring> ReadText(HKEY root, const wchar_t* key, const wchar_t* name) {
+std::optional<std::wstring> StoredList() {
   wchar_t buffer[1024] = {};
   DWORD size = sizeof(buffer) - sizeof(wchar_t);
-  if (RegGetValueW(root, key, name, RRF_RT_REG_SZ, nullptr, buffer, &size) != ERROR_SUCCESS) return std::nullopt;
+  if (RegGetValueW(HKEY_CURRENT_USER, ToWide(ConflictingProcesses::kStoreKey).c_str(),
+                   ToWide(ConflictingProcesses::kStoreValue).c_str(), RRF_RT_REG_SZ, nullptr, buffer,
+                   &size) != ERROR_SUCCESS)
+    return std::nullopt;
   return std::wstring(buffer);
 }
 
-std::optional<std::wstring> StoredList() {
-  return ReadText(HKEY_CURRENT_USER, ToWide(ConflictingProcesses::kStoreKey).c_str(),
-                  ToWide(ConflictingProcesses::kStoreValue).c_str());
-}
-
-// Registers a player file as the installed NPAPI kind and puts back what was there.
+// Registers a player file as the installed NPAPI kind. The key goes with the
+// object, as the other suites of this prefix remove the product's keys too.
 class InstalledPlugin {
  public:
-  InstalledPlugin() : player_(Read(L"PlayerPath")), uninstaller_(Read(L"UninstallerPath")) {
-    HKEY key = nullptr;
-    keyExisted_ = RegOpenKeyExW(HKEY_LOCAL_MACHINE, kPluginKey, 0, KEY_READ, &key) == ERROR_SUCCESS;
-    if (keyExisted_) RegCloseKey(key);
-  }
-  ~InstalledPlugin() {
-    Restore(L"PlayerPath", player_);
-    Restore(L"UninstallerPath", uninstaller_);
-    if (!keyExisted_) RegDeleteKeyW(HKEY_LOCAL_MACHINE, kPluginKey);
-  }
+  ~InstalledPlugin() { WineTest::DeleteBothViews(kPluginKey); }
   bool Register(const std::wstring& playerPath) {
     return Write(L"PlayerPath", playerPath) && Write(L"UninstallerPath", L"C:\\Lumen\\LumenUtil_Plugin.exe");
   }
 
  private:
-  static std::optional<std::wstring> Read(const wchar_t* name) {
-    return ReadText(HKEY_LOCAL_MACHINE, kPluginKey, name);
-  }
   static bool Write(const wchar_t* name, const std::wstring& text) {
-    return RegSetKeyValueW(HKEY_LOCAL_MACHINE, kPluginKey, name, REG_SZ, text.c_str(),
+    return RegSetKeyValueW(HKEY_LOCAL_MACHINE, kPluginKey.c_str(), name, REG_SZ, text.c_str(),
                            static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))) == ERROR_SUCCESS;
   }
-  static void Restore(const wchar_t* name, const std::optional<std::wstring>& saved) {
-    if (saved) {
-      Write(name, *saved);
-    } else {
-      RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, kPluginKey, name);
-    }
-  }
-  std::optional<std::wstring> player_;
-  std::optional<std::wstring> uninstaller_;
-  bool keyExisted_ = false;
 };
 
 class ConflictingProcessesTest : public ::testing::Test {

@@ -79,8 +79,8 @@ class LumenBrokerShimRegistrationTest : public ::testing::Test {
 
     HostOptions options;
     options.Parse({u"-release", u"-source", u"2"});
-    world_ = std::make_unique<HostedShim>(u"Host { PayloadPath \"" + FromWide(payload_.c_str()) + u"\"; UtilityPath \"" +
-                                              FromWide(server_.c_str()) + u"\"; }",
+    world_ = std::make_unique<HostedShim>(u"Host { PayloadPath \"" + FromWide(payload_.c_str()) +
+                                              u"\"; UtilityPath \"" + FromWide(server_.c_str()) + u"\"; }",
                                           options);
     shim_ = world_->shim.get();
     for (auto add : {&LumenBrokerShim::AddExtraActiveXFile, &LumenBrokerShim::AddExtraPluginFile,
