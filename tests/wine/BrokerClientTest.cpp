@@ -25,16 +25,6 @@ struct ClientRun {
   std::string err;
 };
 
-std::string ReadAll(const std::wstring& path) {
-  ScopedHandle file(
-      CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
-  std::string bytes(file ? GetFileSize(file.get(), nullptr) : 0, '\0');
-  DWORD read = 0;
-  if (!bytes.empty()) ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr);
-  bytes.resize(read);
-  return bytes;
-}
-
 // Standard output and error go to files rather than pipes: a server that COM
 // starts from the client could inherit a pipe and hold it open.
 ClientRun RunClient(const std::wstring& arguments) {
@@ -48,21 +38,11 @@ ClientRun RunClient(const std::wstring& arguments) {
                                       CREATE_ALWAYS, 0, nullptr));
     };
     ScopedHandle out = capture(outPath), err = capture(errPath);
-    STARTUPINFOW startup{};
-    startup.cb = sizeof(startup);
-    startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdOutput = out.get();
-    startup.hStdError = err.get();
-    std::wstring commandLine = L"\"" + directory + L"\\LumenBrokerClient.exe\" " + arguments;
-    PROCESS_INFORMATION process{};
-    if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &process))
-      return run;
-    ScopedHandle processHandle(process.hProcess), thread(process.hThread);
-    WaitForSingleObject(processHandle.get(), 30000);
-    GetExitCodeProcess(processHandle.get(), &run.exitCode);
+    run.exitCode = WineTest::RunToEnd(L"\"" + directory + L"\\LumenBrokerClient.exe\" " + arguments, 30000,
+                                      out.get(), err.get());
   }
-  run.out = ReadAll(outPath);
-  run.err = ReadAll(errPath);
+  run.out = WineTest::ReadAll(outPath);
+  run.err = WineTest::ReadAll(errPath);
   DeleteFileW(outPath.c_str());
   DeleteFileW(errPath.c_str());
   return run;

@@ -7,14 +7,12 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "engine/win32/ComPtr.h"
 #include "engine/win32/ScopedBstr.h"
-#include "engine/win32/ScopedHandle.h"
 #include "engine/win32/ScopedSafeArray.h"
 #include "tests/wine/LiveBrokerTest.h"
 #include "tests/wine/WineTestSupport.h"
@@ -29,47 +27,12 @@ constexpr HRESULT kBadArgument = static_cast<HRESULT>(0x80070057);
 constexpr HRESULT kNoMoreFiles = static_cast<HRESULT>(0x80070012);
 constexpr HRESULT kAlreadyExists = static_cast<HRESULT>(0x800700B7);
 
+using WineTest::FileExists;
+using WineTest::ReadAll;
+
 std::string Pattern(size_t size) {
   std::string bytes(size, '\0');
   for (size_t i = 0; i < size; ++i) bytes[i] = static_cast<char>((i * 7 + i / 251) & 0xFF);
-  return bytes;
-}
-
-// A small Portable Executable image: "MZ", the header's offset at 60, "PE\0\0" there.
-std::string Image() {
-  std::string bytes(0x400, '\x90');
-  bytes.replace(0, 2, "MZ");
-  bytes.replace(60, 4, std::string("\x80\0\0\0", 4));
-  bytes.replace(0x80, 4, std::string("PE\0\0", 4));
-  return bytes;
-}
-
-ScopedSafeArray ByteArray(const std::string& bytes) {
-  ScopedSafeArray array(SafeArrayCreateVector(VT_UI1, 0, static_cast<ULONG>(bytes.size())));
-  void* data = nullptr;
-  if (array && SUCCEEDED(SafeArrayAccessData(array.get(), &data))) {
-    if (!bytes.empty()) std::memcpy(data, bytes.data(), bytes.size());
-    SafeArrayUnaccessData(array.get());
-  }
-  return array;
-}
-
-std::string BytesOf(SAFEARRAY* array) {
-  void* data = nullptr;
-  if (!array || FAILED(SafeArrayAccessData(array, &data))) return {};
-  std::string bytes(static_cast<const char*>(data), array->rgsabound[0].cElements);
-  SafeArrayUnaccessData(array);
-  return bytes;
-}
-
-bool Exists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
-
-std::string Contents(const std::wstring& path) {
-  ScopedHandle file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
-  std::string bytes(GetFileSize(file.get(), nullptr), '\0');
-  DWORD read = 0;
-  if (!bytes.empty()) ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr);
-  bytes.resize(read);
   return bytes;
 }
 
@@ -107,7 +70,7 @@ class BrokerFileMethodsLive : public WineTest::LiveBrokerTest {
   }
   HRESULT Write(ULONG cookie, const std::string& bytes, ULONG* written = nullptr) {
     ULONG count = 0;
-    HRESULT result = broker_->BrokerWriteFile(cookie, ByteArray(bytes).get(), &count);
+    HRESULT result = broker_->BrokerWriteFile(cookie, WineTest::ByteArray(bytes).get(), &count);
     if (written) *written = count;
     return result;
   }
@@ -116,7 +79,7 @@ class BrokerFileMethodsLive : public WineTest::LiveBrokerTest {
     ScopedSafeArray array;
     read = 0xDEAD;
     HRESULT result = broker_->BrokerReadFile(cookie, length, &read, array.receive());
-    bytes = BytesOf(array.get());
+    bytes = WineTest::BytesOf(array.get());
     return result;
   }
 
@@ -169,9 +132,9 @@ TEST_F(BrokerFileMethodsLive, AFileWrittenUnderThePlayerDataRootReadsBackByteFor
   EXPECT_EQ(attributes & FILE_ATTRIBUTE_DIRECTORY, 0u);
   EXPECT_EQ(sizeLow, content.size());
   EXPECT_EQ(sizeHigh, 0u);
-  EXPECT_EQ(Contents(path), content);
+  EXPECT_EQ(ReadAll(path), content);
   EXPECT_EQ(broker_->BrokerDeleteFile(name.get()), S_OK);
-  EXPECT_FALSE(Exists(path));
+  EXPECT_FALSE(FileExists(path));
 }
 
 TEST_F(BrokerFileMethodsLive, OutsideTheRootsAWriteIsDeniedADeleteFailsPlainlyAndAReadIsServed) {
@@ -183,10 +146,10 @@ TEST_F(BrokerFileMethodsLive, OutsideTheRootsAWriteIsDeniedADeleteFailsPlainlyAn
   HRESULT result = S_OK;
   EXPECT_EQ(Create(fresh, 0, 0, &result), 0u);
   EXPECT_EQ(result, kDenied);
-  EXPECT_FALSE(Exists(fresh));
+  EXPECT_FALSE(FileExists(fresh));
   ScopedBstr name(kept.c_str());
   EXPECT_EQ(broker_->BrokerDeleteFile(name.get()), kFailure);
-  EXPECT_TRUE(Exists(kept));
+  EXPECT_TRUE(FileExists(kept));
 
   // Reading needs no policy: the server opens what its own rights allow.
   ULONG reader = Create(kept, 1, 0, &result);
@@ -198,29 +161,26 @@ TEST_F(BrokerFileMethodsLive, OutsideTheRootsAWriteIsDeniedADeleteFailsPlainlyAn
   EXPECT_EQ(broker_->BrokerCloseHandle(reader), S_OK);
 }
 
-TEST_F(BrokerFileMethodsLive, AnImageSentInOneWriteIsRefusedAndItsFileIsGone) {
+TEST_F(BrokerFileMethodsLive, AnImageInOneWriteIsRefusedAndRemovedButSixtyFourBytesThenTheRestAreStored) {
   const std::wstring path = Made(Data() + L"\\plugin.dll");
+  const std::string image = WineTest::PeImage();
   HRESULT result = E_FAIL;
   ULONG writer = Create(path, 0, 1, &result);
   ASSERT_EQ(result, S_OK);
   ULONG written = 99;
-  EXPECT_EQ(Write(writer, Image(), &written), kFailure);
+  EXPECT_EQ(Write(writer, image, &written), kFailure);
   EXPECT_EQ(written, 0u);
-  EXPECT_FALSE(Exists(path));
-  // The cookie outlives its file; closing it is still the client's to do.
+  EXPECT_FALSE(FileExists(path));
+  // The cookie outlives its file; closing it is still the client's to do, and once only.
   EXPECT_EQ(broker_->BrokerCloseHandle(writer), S_OK);
-}
+  EXPECT_EQ(broker_->BrokerCloseHandle(writer), kBadArgument);
 
-TEST_F(BrokerFileMethodsLive, AnImageSentAsSixtyFourBytesThenTheRestIsStored) {
-  const std::wstring path = Made(Data() + L"\\plugin.dll");
-  const std::string image = Image();
-  HRESULT result = E_FAIL;
-  ULONG writer = Create(path, 0, 1, &result);
+  writer = Create(path, 0, 1, &result);
   ASSERT_EQ(result, S_OK);
   EXPECT_EQ(Write(writer, image.substr(0, 64)), S_OK);
   EXPECT_EQ(Write(writer, image.substr(64)), S_OK);
   EXPECT_EQ(broker_->BrokerCloseHandle(writer), S_OK);
-  EXPECT_EQ(Contents(path), image);
+  EXPECT_EQ(ReadAll(path), image);
 }
 
 TEST_F(BrokerFileMethodsLive, FindListsADirectoryUnderTheRoamingRoot) {
@@ -251,15 +211,6 @@ TEST_F(BrokerFileMethodsLive, FindListsADirectoryUnderTheRoamingRoot) {
 
   ScopedBstr elsewhere(L"C:\\*");
   EXPECT_EQ(broker_->BrokerFindFirstFile(elsewhere.get(), leaf.receive(), &attributes, &cookie), kDenied);
-}
-
-TEST_F(BrokerFileMethodsLive, ClosingACookieTwiceGivesSuccessThenBadArgument) {
-  const std::wstring path = Made(Data() + L"\\twice.sol");
-  HRESULT result = E_FAIL;
-  ULONG cookie = Create(path, 0, 0, &result);
-  ASSERT_EQ(result, S_OK);
-  EXPECT_EQ(broker_->BrokerCloseHandle(cookie), S_OK);
-  EXPECT_EQ(broker_->BrokerCloseHandle(cookie), kBadArgument);
 }
 
 TEST_F(BrokerFileMethodsLive, EachClientNumbersItsOwnCookiesFromOne) {
@@ -295,10 +246,10 @@ TEST_F(BrokerFileMethodsLive, MovesRefuseFlagSixteenAndOtherwiseMoveAFileWithinT
   ScopedBstr oldName(from.c_str());
   ScopedBstr newName(to.c_str());
   EXPECT_EQ(broker_->BrokerMoveFileEx(oldName.get(), newName.get(), 0x10), kFailure);
-  EXPECT_TRUE(Exists(from));
+  EXPECT_TRUE(FileExists(from));
   EXPECT_EQ(broker_->BrokerMoveFileEx(oldName.get(), newName.get(), MOVEFILE_REPLACE_EXISTING), S_OK);
-  EXPECT_FALSE(Exists(from));
-  EXPECT_EQ(Contents(to), "moving");
+  EXPECT_FALSE(FileExists(from));
+  EXPECT_EQ(ReadAll(to), "moving");
 }
 
 TEST_F(BrokerFileMethodsLive, DirectoriesAreMadeOnceAndRemoved) {
@@ -307,7 +258,7 @@ TEST_F(BrokerFileMethodsLive, DirectoriesAreMadeOnceAndRemoved) {
   ASSERT_EQ(broker_->BrokerCreateDirectory(name.get()), S_OK);
   EXPECT_EQ(broker_->BrokerCreateDirectory(name.get()), kAlreadyExists);
   EXPECT_EQ(broker_->BrokerRemoveDirectory(name.get()), S_OK);
-  EXPECT_FALSE(Exists(directory));
+  EXPECT_FALSE(FileExists(directory));
 }
 
 TEST_F(BrokerFileMethodsLive, WithoutEnterpriseServicesTheAuditedOpenIsThePlainReadOpen) {

@@ -8,9 +8,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <cstring>
 #include <string_view>
-#include <vector>
+#include <string>
 
 #include "broker/win32/CoLumenBrokerServer.h"
 #include "connections/LcdSegment.h"
@@ -20,6 +19,7 @@
 #include "engine/win32/ScopedHandle.h"
 #include "engine/win32/ScopedSafeArray.h"
 #include "tests/wine/LiveBrokerTest.h"
+#include "tests/wine/WineTestSupport.h"
 
 using namespace SASM;
 
@@ -34,34 +34,15 @@ constexpr ULONG kLargestMessage = 40960;
 constexpr const wchar_t* kPlayerWide = L"player-\u00e9";
 constexpr std::string_view kPlayerUtf8 = "player-\xC3\xA9";
 
+using WineTest::ByteArray;
+using WineTest::BytesOf;
+
 // A message in the two-byte-length form: 2, the name's length big-endian, the
 // name, then the payload, padded with zeros to size when size is larger.
-std::vector<uint8_t> Message(std::string_view target, std::string_view payload, size_t size = 0) {
-  std::vector<uint8_t> bytes{2, static_cast<uint8_t>(target.size() >> 8), static_cast<uint8_t>(target.size())};
-  bytes.insert(bytes.end(), target.begin(), target.end());
-  bytes.insert(bytes.end(), payload.begin(), payload.end());
+std::string Message(std::string_view target, std::string_view payload, size_t size = 0) {
+  std::string bytes{2, static_cast<char>(target.size() >> 8), static_cast<char>(target.size())};
+  bytes.append(target).append(payload);
   if (bytes.size() < size) bytes.resize(size, 0);
-  return bytes;
-}
-
-ScopedSafeArray ByteArray(const std::vector<uint8_t>& bytes, LONG lowerBound = 0) {
-  SAFEARRAYBOUND bound{static_cast<ULONG>(bytes.size()), lowerBound};
-  ScopedSafeArray array(SafeArrayCreate(VT_UI1, 1, &bound));
-  void* data = nullptr;
-  if (array && SUCCEEDED(SafeArrayAccessData(array.get(), &data))) {
-    if (!bytes.empty()) std::memcpy(data, bytes.data(), bytes.size());
-    SafeArrayUnaccessData(array.get());
-  }
-  return array;
-}
-
-std::vector<uint8_t> BytesOf(SAFEARRAY* array) {
-  std::vector<uint8_t> bytes;
-  void* data = nullptr;
-  if (!array || FAILED(SafeArrayAccessData(array, &data))) return bytes;
-  const auto* first = static_cast<const uint8_t*>(data);
-  bytes.assign(first, first + array->rgsabound[0].cElements);
-  SafeArrayUnaccessData(array);
   return bytes;
 }
 
@@ -117,7 +98,7 @@ TEST_F(BrokerLcdLive, TwoClientsMeetThroughTheBrokerAndPassAMessage) {
   EXPECT_EQ(sender->BrokerLcdFindConnectionFormat(name.get(), 1, &format), kNegative);
   EXPECT_EQ(format, 0);
 
-  const std::vector<uint8_t> message = Message(kPlayerUtf8, "hello");
+  const std::string message = Message(kPlayerUtf8, "hello");
   EXPECT_EQ(sender->BrokerLcdDispatchMessage(ByteArray(message).get(), 11, 3, 0), S_OK);
 
   // Held across target and data, as a receiver must to read one message.
@@ -161,7 +142,7 @@ TEST_F(BrokerLcdLive, DispatchResultsAsTheSenderSeesThem) {
   EXPECT_EQ(broker->BrokerLcdGetMessageData(data.receive()), kNegative);
 
   // A target that cannot be read is posted all the same and stays; it is not dead yet.
-  EXPECT_EQ(broker->BrokerLcdDispatchMessage(ByteArray({7, 0, 1, 'x'}).get(), 11, 3, 0), S_OK);
+  EXPECT_EQ(broker->BrokerLcdDispatchMessage(ByteArray(std::string("\x07\x00\x01x", 4)).get(), 11, 3, 0), S_OK);
   EXPECT_EQ(broker->BrokerLcdGetMessageData(data.receive()), S_OK);
   EXPECT_EQ(broker->BrokerLcdPruneDeadMessage(), kNegative);
   EXPECT_EQ(broker->BrokerLcdClearMessage(), S_OK);
@@ -204,7 +185,7 @@ TEST_F(BrokerLcdLive, MessageArraysThatReachTheMethod) {
 
   ScopedBstr name(L"big");
   ASSERT_EQ(keeper->BrokerLcdTryAddConnection(name.get(), 0, 0, '3'), S_OK);
-  const std::vector<uint8_t> largest = Message("big", "payload", kLargestMessage);
+  const std::string largest = Message("big", "payload", kLargestMessage);
   EXPECT_EQ(keeper->BrokerLcdDispatchMessage(ByteArray(largest).get(), 11, 3, 0), S_OK);
   ScopedSafeArray data;
   EXPECT_EQ(keeper->BrokerLcdGetMessageData(data.receive()), S_OK);
@@ -269,7 +250,7 @@ TEST_F(BrokerLcdDirect, AccessorThatCouldNotOpenIsKeptAndNeverRetried) {
   EXPECT_EQ(broker_->BrokerLcdClearMessage(), kNegative);
 }
 
-TEST_F(BrokerLcdDirect, MissingArgumentsFail) {
+TEST_F(BrokerLcdDirect, MissingArgumentsFailAndAFreeSlotLeavesTheOutputsAsTheyCame) {
   ScopedBstr name(L"anyone");
   EXPECT_EQ(broker_->BrokerLcdLock(nullptr), kFailure);
   EXPECT_EQ(broker_->BrokerLcdUnlock(nullptr), kFailure);
@@ -282,6 +263,14 @@ TEST_F(BrokerLcdDirect, MissingArgumentsFail) {
   EXPECT_EQ(broker_->BrokerLcdGetMessageTarget(nullptr), kFailure);
   EXPECT_EQ(broker_->BrokerLcdDispatchMessage(nullptr, 11, 3, 0), kFailure);
   EXPECT_EQ(broker_->BrokerLcdGetMessageData(nullptr), kFailure);
+  ScopedBstr untouched(L"as it came");
+  BSTR target = untouched.get();
+  EXPECT_EQ(broker_->BrokerLcdGetMessageTarget(&target), kNegative);
+  EXPECT_EQ(target, untouched.get());
+  SAFEARRAY* sentinel = reinterpret_cast<SAFEARRAY*>(static_cast<uintptr_t>(0x5A5A));
+  SAFEARRAY* data = sentinel;
+  EXPECT_EQ(broker_->BrokerLcdGetMessageData(&data), kNegative);
+  EXPECT_EQ(data, sentinel);
 }
 
 TEST_F(BrokerLcdDirect, ArrayThatCannotBeAccessedGivesTheAccessFailure) {
@@ -294,15 +283,4 @@ TEST_F(BrokerLcdDirect, ArrayThatCannotBeAccessedGivesTheAccessFailure) {
   while (locks-- > 0) SafeArrayUnlock(array.get());
   ScopedSafeArray data;
   EXPECT_EQ(broker_->BrokerLcdGetMessageData(data.receive()), kNegative);
-}
-
-TEST_F(BrokerLcdDirect, FreeSlotLeavesTheOutputsAsTheyCame) {
-  ScopedBstr untouched(L"as it came");
-  BSTR target = untouched.get();
-  EXPECT_EQ(broker_->BrokerLcdGetMessageTarget(&target), kNegative);
-  EXPECT_EQ(target, untouched.get());
-  SAFEARRAY* sentinel = reinterpret_cast<SAFEARRAY*>(static_cast<uintptr_t>(0x5A5A));
-  SAFEARRAY* data = sentinel;
-  EXPECT_EQ(broker_->BrokerLcdGetMessageData(&data), kNegative);
-  EXPECT_EQ(data, sentinel);
 }

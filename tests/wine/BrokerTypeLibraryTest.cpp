@@ -211,7 +211,8 @@ TEST_F(BrokerTypeLibrary, LibraryIsLumenBrokerLibVersion1_0For64BitClients) {
   EXPECT_EQ(library_->GetTypeInfoCount(), 12u);
 }
 
-TEST_F(BrokerTypeLibrary, EveryGenerationKeepsItsDualInterfaceAndItsClass) {
+TEST_F(BrokerTypeLibrary, EveryGenerationKeepsItsDualInterfaceExtendingTheLastAndItsClass) {
+  const wchar_t* parent = L"IDispatch";
   for (const Generation& generation : kGenerations) {
     SCOPED_TRACE(testing::Message() << generation.interfaceId);
     ComPtr<ITypeInfo> dispatch = Dispatch(generation.interfaceId);
@@ -223,17 +224,21 @@ TEST_F(BrokerTypeLibrary, EveryGenerationKeepsItsDualInterfaceAndItsClass) {
     EXPECT_TRUE(attr->wTypeFlags & TYPEFLAG_FDUAL);
     dispatch->ReleaseTypeAttr(attr);
     // The automation marshaller serves only a vtable marked for automation.
-    ComPtr<ITypeInfo> vtable = Vtable(generation.interfaceId);
+    ComPtr<ITypeInfo> vtable = Vtable(generation.interfaceId), base;
     ASSERT_TRUE(vtable);
     ASSERT_EQ(vtable->GetTypeAttr(&attr), S_OK);
     EXPECT_EQ(attr->typekind, TKIND_INTERFACE);
     EXPECT_TRUE(attr->wTypeFlags & TYPEFLAG_FOLEAUTOMATION);
     vtable->ReleaseTypeAttr(attr);
+    HREFTYPE ref = 0;
+    ASSERT_EQ(vtable->GetRefTypeOfImplType(0, &ref), S_OK);
+    ASSERT_EQ(vtable->GetRefTypeInfo(ref, &base), S_OK);
+    EXPECT_EQ(Name(base.Get()), parent);
+    parent = generation.interfaceName;
 
     ComPtr<ITypeInfo> coclass, defaultInterface;
     ASSERT_EQ(library_->GetTypeInfoOfGuid(Guid(generation.classId), &coclass), S_OK);
     EXPECT_EQ(Name(coclass.Get()), generation.className);
-    HREFTYPE ref = 0;
     INT flags = 0;
     ASSERT_EQ(coclass->GetImplTypeFlags(0, &flags), S_OK);
     EXPECT_TRUE(flags & IMPLTYPEFLAG_FDEFAULT);
@@ -243,25 +248,17 @@ TEST_F(BrokerTypeLibrary, EveryGenerationKeepsItsDualInterfaceAndItsClass) {
   }
 }
 
-TEST_F(BrokerTypeLibrary, EachInterfaceExtendsThePreviousGeneration) {
-  const wchar_t* parent = L"IDispatch";
-  for (const Generation& generation : kGenerations) {
-    ComPtr<ITypeInfo> vtable = Vtable(generation.interfaceId), base;
-    ASSERT_TRUE(vtable);
-    HREFTYPE ref = 0;
-    ASSERT_EQ(vtable->GetRefTypeOfImplType(0, &ref), S_OK);
-    ASSERT_EQ(vtable->GetRefTypeInfo(ref, &base), S_OK);
-    EXPECT_EQ(Name(base.Get()), parent) << generation.interfaceId;
-    parent = generation.interfaceName;
-  }
-}
-
-TEST_F(BrokerTypeLibrary, NewestVtableCarriesAll102MethodsAfterIDispatch) {
+TEST_F(BrokerTypeLibrary, All102MethodsFollowIDispatchWithIdsCountingUpFromEachGenerationsBase) {
   int slot = 7;  // IUnknown's three and IDispatch's four come first
   for (const Generation& generation : kGenerations) {
     std::vector<Method> methods = OwnMethods(Vtable(generation.interfaceId).Get());
     ASSERT_EQ(methods.size(), generation.methods) << generation.interfaceId;
-    for (const Method& method : methods) EXPECT_EQ(method.slot, slot++) << method.name.c_str();
+    EXPECT_EQ(methods.front().name, generation.firstMethod);
+    EXPECT_EQ(methods.back().name, generation.lastMethod);
+    for (size_t i = 0; i < methods.size(); ++i) {
+      EXPECT_EQ(methods[i].slot, slot++) << methods[i].name.c_str();
+      EXPECT_EQ(methods[i].id, generation.firstId + static_cast<MEMBERID>(i)) << methods[i].name.c_str();
+    }
   }
   EXPECT_EQ(slot, 7 + 102);
   TYPEATTR* attr = nullptr;
@@ -271,91 +268,66 @@ TEST_F(BrokerTypeLibrary, NewestVtableCarriesAll102MethodsAfterIDispatch) {
   newest->ReleaseTypeAttr(attr);
 }
 
-TEST_F(BrokerTypeLibrary, DispatchIdsCountUpFromEachGenerationsBase) {
-  for (const Generation& generation : kGenerations) {
-    std::vector<Method> methods = OwnMethods(Vtable(generation.interfaceId).Get());
-    ASSERT_EQ(methods.size(), generation.methods);
-    EXPECT_EQ(methods.front().name, generation.firstMethod);
-    EXPECT_EQ(methods.back().name, generation.lastMethod);
-    for (size_t i = 0; i < methods.size(); ++i)
-      EXPECT_EQ(methods[i].id, generation.firstId + static_cast<MEMBERID>(i)) << methods[i].name.c_str();
-  }
-}
-
 TEST_F(BrokerTypeLibrary, ArgumentsKeepTheirNamesTypesAndDirections) {
-  struct Row {
-    const wchar_t* iid;
+  const struct {
+    int generation;
     const wchar_t* method;
     const wchar_t* arguments;
-  };
-  const Row rows[] = {
-      {kGenerations[0].interfaceId, L"BrokerCreateFile",
-       L"pFileName BSTR in; p_readOnly I4 in; p_truncateOnOpen I4 in; p_fileCookie UI4 out"},
-      {kGenerations[0].interfaceId, L"BrokerReadFile",
+  } rows[] = {
+      {0, L"BrokerCreateFile", L"pFileName BSTR in; p_readOnly I4 in; p_truncateOnOpen I4 in; p_fileCookie UI4 out"},
+      {0, L"BrokerReadFile",
        L"p_fileCookie UI4 in; p_numToRead UI4 in; p_numRead UI4 out; p_data SAFEARRAY(UI1) out"},
-      {kGenerations[0].interfaceId, L"BrokerLcdClearMessage", L"none"},
-      {kGenerations[2].interfaceId, L"BrokerPrintDialog",
+      {0, L"BrokerLcdClearMessage", L"none"},
+      {2, L"BrokerPrintDialog",
        L"p_hwnd UI4 in; p_nFromPage UI4 in out; p_nToPage UI4 in out; p_dwFlags UI4 in out; p_hdc UI4 out"},
-      {kGenerations[4].interfaceId, L"BrokerIsDriveAvailable", L"p_lpwRootPathName LPWSTR in"},
-      {kGenerations[5].interfaceId, L"BrokerSaveDialog2",
+      // VARIANT outs are return values.
+      {2, L"BrokerOpenDialog",
+       L"p_hwnd UI4 in; dwFilterPairs UI4 in; dwFilterLength UI4 in; p_FilterArray SAFEARRAY(UI1) in; "
+       L"dwFlags UI4 in; p_chosenFilePathArray VARIANT out retval"},
+      {2, L"BrokerGetTextMetrics", L"dwHDC UI4 in; p_VarTextmetricArray VARIANT out retval"},
+      {2, L"BrokerGetWorldTransform", L"dwHDC UI4 in; p_VarXformArray VARIANT out retval"},
+      {4, L"BrokerIsDriveAvailable", L"p_lpwRootPathName LPWSTR in"},
+      {5, L"BrokerSaveDialog2",
        L"p_hwnd UI4 in; p_lpwstrInitialFileName LPWSTR in; dwFilterPairs UI4 in; dwFilterLength UI4 in; "
        L"p_FilterArray SAFEARRAY(UI1) in; dwFlags UI4 in; p_fileCookie UI4 out; p_chosenFilePath BSTR out"},
       // The optional overwrite defaults to "don't overwrite".
-      {kGenerations[5].interfaceId, L"BrokerCreateIconPathV2",
-       L"p_fileName BSTR in; p_iconPath BSTR out; p_overwrite I4 in opt = 0"},
+      {5, L"BrokerCreateIconPathV2", L"p_fileName BSTR in; p_iconPath BSTR out; p_overwrite I4 in opt = 0"},
       // LONG_PTR is written as its size in a 64-bit library: a full pointer.
-      {kGenerations[5].interfaceId, L"BrokerMMNotificationClientCreate",
-       L"sourceProcessHandle I8 in; lpClientCookie I8 out"},
+      {5, L"BrokerMMNotificationClientCreate", L"sourceProcessHandle I8 in; lpClientCookie I8 out"},
   };
-  for (const Row& row : rows) EXPECT_EQ(Find(row.iid, row.method).arguments, row.arguments) << row.method;
+  for (const auto& row : rows)
+    EXPECT_EQ(Find(kGenerations[row.generation].interfaceId, row.method).arguments, row.arguments) << row.method;
 }
 
-TEST_F(BrokerTypeLibrary, VariantOutsAreReturnValues) {
-  EXPECT_EQ(Find(kGenerations[2].interfaceId, L"BrokerOpenDialog").arguments,
-            L"p_hwnd UI4 in; dwFilterPairs UI4 in; dwFilterLength UI4 in; p_FilterArray SAFEARRAY(UI1) in; "
-            L"dwFlags UI4 in; p_chosenFilePathArray VARIANT out retval");
-  EXPECT_EQ(Find(kGenerations[2].interfaceId, L"BrokerGetTextMetrics").arguments,
-            L"dwHDC UI4 in; p_VarTextmetricArray VARIANT out retval");
-  EXPECT_EQ(Find(kGenerations[2].interfaceId, L"BrokerGetWorldTransform").arguments,
-            L"dwHDC UI4 in; p_VarXformArray VARIANT out retval");
-}
-
-TEST_F(BrokerTypeLibrary, NamesResolveThroughTheNewestDispatchView) {
-  ComPtr<ITypeInfo> newest = Dispatch(kGenerations[5].interfaceId);
-  ASSERT_TRUE(newest);
-  OLECHAR* names[] = {const_cast<OLECHAR*>(L"BrokerCreateIconPathV2"), const_cast<OLECHAR*>(L"p_overwrite")};
-  MEMBERID ids[2] = {};
-  ASSERT_EQ(newest->GetIDsOfNames(names, 2, ids), S_OK);
-  EXPECT_EQ(ids[0], 0x60070002);
-  EXPECT_EQ(ids[1], 2);
-  // Inherited methods answer through the newest view too.
-  OLECHAR* inherited[] = {const_cast<OLECHAR*>(L"BrokerCreateFile")};
-  ASSERT_EQ(newest->GetIDsOfNames(inherited, 1, ids), S_OK);
-  EXPECT_EQ(ids[0], 0x60020000);
-}
-
-TEST_F(BrokerTypeLibrary, SecondGenerationViewKnowsNoLaterMethod) {
-  // The server answers IDispatch with this view.
-  ComPtr<ITypeInfo> second = Dispatch(kGenerations[1].interfaceId);
-  ASSERT_TRUE(second);
-  OLECHAR* own[] = {const_cast<OLECHAR*>(L"BrokerPrefGetLumenPlayerVersion")};
-  MEMBERID id = 0;
-  ASSERT_EQ(second->GetIDsOfNames(own, 1, &id), S_OK);
-  EXPECT_EQ(id, 0x60030001);
-  OLECHAR* later[] = {const_cast<OLECHAR*>(L"BrokerSaveDialog2")};
-  EXPECT_EQ(second->GetIDsOfNames(later, 1, &id), DISP_E_UNKNOWNNAME);
+// The newest view resolves inherited names too; the second generation's, which
+// the server answers IDispatch with, knows no later method.
+TEST_F(BrokerTypeLibrary, NamesResolveThroughADispatchViewUpToItsGeneration) {
+  const struct {
+    int generation;
+    std::vector<const wchar_t*> names;
+    HRESULT result;
+    std::vector<MEMBERID> ids;
+  } rows[] = {
+      {5, {L"BrokerCreateIconPathV2", L"p_overwrite"}, S_OK, {0x60070002, 2}},
+      {5, {L"BrokerCreateFile"}, S_OK, {0x60020000}},
+      {1, {L"BrokerPrefGetLumenPlayerVersion"}, S_OK, {0x60030001}},
+      {1, {L"BrokerSaveDialog2"}, DISP_E_UNKNOWNNAME, {}},
+  };
+  for (const auto& row : rows) {
+    ComPtr<ITypeInfo> view = Dispatch(kGenerations[row.generation].interfaceId);
+    ASSERT_TRUE(view);
+    std::vector<MEMBERID> ids(row.names.size());
+    EXPECT_EQ(view->GetIDsOfNames(const_cast<OLECHAR**>(row.names.data()), static_cast<UINT>(ids.size()), ids.data()),
+              row.result)
+        << row.names[0];
+    if (row.result == S_OK) EXPECT_EQ(ids, row.ids) << row.names[0];
+  }
 }
 
 TEST_F(BrokerTypeLibrary, HostExecutableCarriesTheSameLibrary) {
   std::wstring host = WineTest::BinaryDirectory() + L"\\LumenUtilHost.exe";
   ComPtr<ITypeLib> fromHost;
-  ASSERT_EQ(LoadTypeLibEx(host.c_str(), REGKIND_NONE, &fromHost), S_OK);
-  TLIBATTR* attr = nullptr;
-  ASSERT_EQ(fromHost->GetLibAttr(&attr), S_OK);
-  EXPECT_EQ(attr->guid, Guid(kLibraryId));
-  EXPECT_EQ(attr->wMajorVerNum, 1);
-  fromHost->ReleaseTLibAttr(attr);
-
+  EXPECT_EQ(LoadTypeLibEx(host.c_str(), REGKIND_NONE, &fromHost), S_OK);
   auto resource = [](const std::wstring& path) {
     HMODULE image = LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
     HRSRC found = image ? FindResourceW(image, MAKEINTRESOURCEW(1), L"TYPELIB") : nullptr;

@@ -21,78 +21,44 @@ using namespace SASM;
 
 namespace {
 
-constexpr wchar_t kPluginKey[] = L"Software\\Halcyonics\\LumenPlayerPlugin";
+const std::wstring kPluginKey = std::wstring(WineTest::ProductKeys::kProduct) + L"Plugin";
 
 std::wstring Unique(const wchar_t* stem, const wchar_t* extension) {
   return stem + std::to_wstring(GetCurrentProcessId()) + extension;
 }
 
-std::wstring Lower(std::wstring text) {
-  CharLowerBuffW(text.data(), static_cast<DWORD>(text.size()));
-  return text;
-}
-
-std::optional<std::wstring> ReadText(HKEY root, const wchar_t* key, const wchar_t* name) {
+std::optional<std::wstring> StoredList() {
   wchar_t buffer[1024] = {};
   DWORD size = sizeof(buffer) - sizeof(wchar_t);
-  if (RegGetValueW(root, key, name, RRF_RT_REG_SZ, nullptr, buffer, &size) != ERROR_SUCCESS) return std::nullopt;
+  if (RegGetValueW(HKEY_CURRENT_USER, ToWide(ConflictingProcesses::kStoreKey).c_str(),
+                   ToWide(ConflictingProcesses::kStoreValue).c_str(), RRF_RT_REG_SZ, nullptr, buffer,
+                   &size) != ERROR_SUCCESS)
+    return std::nullopt;
   return std::wstring(buffer);
 }
 
-std::optional<std::wstring> StoredList() {
-  return ReadText(HKEY_CURRENT_USER, ToWide(ConflictingProcesses::kStoreKey).c_str(),
-                  ToWide(ConflictingProcesses::kStoreValue).c_str());
-}
-
-// Registers a player file as the installed NPAPI kind and puts back what was there.
+// Registers a player file as the installed NPAPI kind. The key goes with the
+// object, as the other suites of this prefix remove the product's keys too.
 class InstalledPlugin {
  public:
-  InstalledPlugin() : player_(Read(L"PlayerPath")), uninstaller_(Read(L"UninstallerPath")) {
-    HKEY key = nullptr;
-    keyExisted_ = RegOpenKeyExW(HKEY_LOCAL_MACHINE, kPluginKey, 0, KEY_READ, &key) == ERROR_SUCCESS;
-    if (keyExisted_) RegCloseKey(key);
-  }
-  ~InstalledPlugin() {
-    Restore(L"PlayerPath", player_);
-    Restore(L"UninstallerPath", uninstaller_);
-    if (!keyExisted_) RegDeleteKeyW(HKEY_LOCAL_MACHINE, kPluginKey);
-  }
+  ~InstalledPlugin() { WineTest::DeleteBothViews(kPluginKey); }
   bool Register(const std::wstring& playerPath) {
     return Write(L"PlayerPath", playerPath) && Write(L"UninstallerPath", L"C:\\Lumen\\LumenUtil_Plugin.exe");
   }
 
  private:
-  static std::optional<std::wstring> Read(const wchar_t* name) {
-    return ReadText(HKEY_LOCAL_MACHINE, kPluginKey, name);
-  }
   static bool Write(const wchar_t* name, const std::wstring& text) {
-    return RegSetKeyValueW(HKEY_LOCAL_MACHINE, kPluginKey, name, REG_SZ, text.c_str(),
+    return RegSetKeyValueW(HKEY_LOCAL_MACHINE, kPluginKey.c_str(), name, REG_SZ, text.c_str(),
                            static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))) == ERROR_SUCCESS;
   }
-  static void Restore(const wchar_t* name, const std::optional<std::wstring>& saved) {
-    if (saved) {
-      Write(name, *saved);
-    } else {
-      RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, kPluginKey, name);
-    }
-  }
-  std::optional<std::wstring> player_;
-  std::optional<std::wstring> uninstaller_;
-  bool keyExisted_ = false;
 };
 
 class ConflictingProcessesTest : public ::testing::Test {
  protected:
-  ConflictingProcessesTest() : directory_(TempDirectory()) { tree_.Directory(directory_); }
+  ConflictingProcessesTest() { tree_.Directory(directory_); }
   ~ConflictingProcessesTest() override {
-    if (host_) host_->shim = nullptr;
+    world_.reset();
     for (const std::wstring& copy : copies_) DeleteFileW(copy.c_str());
-  }
-
-  static std::wstring TempDirectory() {
-    wchar_t temp[MAX_PATH];
-    GetTempPathW(MAX_PATH, temp);
-    return std::wstring(temp) + L"LumenUtilTests\\Conflicts";
   }
 
   // A copy that goes when the test ends.
@@ -104,10 +70,8 @@ class ConflictingProcessesTest : public ::testing::Test {
   }
 
   LumenBrokerShim& Start(const std::wstring& settings) {
-    host_ = std::make_unique<ReferenceHost>(HostOptions{}, MString(FromWide(settings.c_str())));
-    shim_.reset(StartShim(host_.get(), Win32Platform()));
-    host_->shim = shim_.get();
-    return *shim_;
+    world_ = std::make_unique<WineTest::HostedShim>(FromWide(settings.c_str()));
+    return *world_->shim;
   }
 
   // "key=shown" of the entry with this key, or empty.
@@ -118,11 +82,10 @@ class ConflictingProcessesTest : public ::testing::Test {
     return "";
   }
 
-  std::wstring directory_;
+  std::wstring directory_ = WineTest::TestDirectory(L"Conflicts");
   WineTest::TempTree tree_;
   std::vector<std::wstring> copies_;
-  std::unique_ptr<ReferenceHost> host_;
-  std::unique_ptr<LumenBrokerShim> shim_;
+  std::unique_ptr<WineTest::HostedShim> world_;
 };
 
 TEST_F(ConflictingProcessesTest, AProgramHoldingTheInstalledPlayerIsFoundByItsModulesAndShownByItsFriendlyName) {
@@ -145,7 +108,7 @@ TEST_F(ConflictingProcessesTest, ARunningBrowserIsFoundByItsFullPath) {
     WineTest::HelperProcess running;
     ASSERT_TRUE(running.Run(browser));
     EXPECT_TRUE(shim.FindDefaultBrowser());
-    EXPECT_EQ(Lower(ToWide(shim.browserName.View())), Lower(browser));
+    EXPECT_EQ(WineTest::Lower(ToWide(shim.browserName.View())), WineTest::Lower(browser));
   }
   EXPECT_FALSE(shim.FindDefaultBrowser()) << "no browser runs any more";
 }
@@ -161,7 +124,7 @@ TEST_F(ConflictingProcessesTest, TheActiveXHelperIsEndedButNotListed) {
   ASSERT_TRUE(process);
   std::unique_ptr<MStringList> found(shim.FindConflicts(8));
   ASSERT_NE(found, nullptr);
-  EXPECT_EQ(EntryOf(*found, Lower(helperName.substr(0, helperName.size() - 4))), "");
+  EXPECT_EQ(EntryOf(*found, WineTest::Lower(helperName.substr(0, helperName.size() - 4))), "");
   ASSERT_EQ(WaitForSingleObject(process.get(), 10000), WAIT_OBJECT_0);
   DWORD code = 1;
   GetExitCodeProcess(process.get(), &code);

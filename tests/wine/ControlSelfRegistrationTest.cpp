@@ -21,44 +21,26 @@ using namespace SASM;
 
 namespace {
 
-constexpr wchar_t kCounterKey[] = L"Software\\LumenUtilTests\\TestControl";
+using WineTest::ProductKeys::kCounterKey;
 
 void SetFailures(DWORD failures) {
   RegSetKeyValueW(HKEY_CURRENT_USER, kCounterKey, L"Failures", REG_DWORD, &failures, sizeof(failures));
 }
 
-DWORD Calls(const wchar_t* name) {
-  DWORD value = 0, size = sizeof(value);
-  if (RegGetValueW(HKEY_CURRENT_USER, kCounterKey, name, RRF_RT_REG_DWORD, nullptr, &value, &size) != ERROR_SUCCESS)
-    return 0;
-  return value;
-}
+DWORD Calls(const wchar_t* name) { return WineTest::UserDword(kCounterKey, name); }
 
 class ControlSelfRegistrationTest : public ::testing::Test {
  protected:
   void SetUp() override {
     RegDeleteTreeW(HKEY_CURRENT_USER, kCounterKey);
-    control_ = WineTest::BinaryDirectory() + L"\\lumen_test_control.dll";
-    host_ = std::make_unique<ReferenceHost>(HostOptions{}, MString(u""));
-    shim_.reset(StartShim(host_.get(), Win32Platform()));
-    host_->shim = shim_.get();
   }
-  void TearDown() override {
-    RegDeleteTreeW(HKEY_CURRENT_USER, kCounterKey);
-    host_->shim = nullptr;
-  }
-  ControlSelfRegistration Registration() { return ControlSelfRegistration(*shim_, shim_->GetPlatform()); }
+  void TearDown() override { RegDeleteTreeW(HKEY_CURRENT_USER, kCounterKey); }
+  ControlSelfRegistration Registration() { return ControlSelfRegistration(*world_.shim, world_.shim->GetPlatform()); }
   MString Path(const std::wstring& path) { return MString(FromWide(path.c_str())); }
-  std::vector<std::string> Reports() const {
-    std::vector<std::string> lines;
-    for (const auto& entry : host_->Log().Entries())
-      lines.push_back(std::to_string(entry.code) + " " + std::to_string(entry.severity) + " " + entry.text.ToUtf8());
-    return lines;
-  }
+  std::vector<std::string> Reports() { return WineTest::Reports(world_.host); }
 
-  std::wstring control_;
-  std::unique_ptr<ReferenceHost> host_;
-  std::unique_ptr<LumenBrokerShim> shim_;
+  std::wstring control_ = WineTest::BinaryDirectory() + L"\\lumen_test_control.dll";
+  WineTest::HostedShim world_;
 };
 
 TEST_F(ControlSelfRegistrationTest, OneFailureIsRetriedAfterStoppingPlayers) {

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <cwctype>
 #include <string>
 
 #include "engine/win32/Advapi32DllHelper.h"
@@ -23,18 +22,10 @@ using namespace SASM;
 
 namespace {
 
-std::wstring Lower(std::wstring text) {
-  for (wchar_t& c : text) c = static_cast<wchar_t>(towlower(c));
-  return text;
-}
+using WineTest::Lower;
+using WineTest::ModuleFile;
 
 std::wstring Widen(const char* text) { return std::wstring(text, text + strlen(text)); }
-
-std::wstring ModuleFile(HMODULE module) {
-  wchar_t buffer[MAX_PATH];
-  DWORD n = GetModuleFileNameW(module, buffer, MAX_PATH);
-  return std::wstring(buffer, n);
-}
 
 template <typename Helper>
 class PresentLibraryHelper : public ::testing::Test {};
@@ -162,22 +153,10 @@ const bool kProbeRegistered = [] {
 }();
 
 TEST(DynamicLoadLibraryHelper, ModuleBuildsItsProcessHelpersOnLoadAndFreesThemOnUnload) {
-  wchar_t program[MAX_PATH];
-  GetModuleFileNameW(nullptr, program, MAX_PATH);
-  std::wstring command = L"\"" + std::wstring(program) + L"\" --gtest_filter=ModuleProcessHelpersProbe.*";
+  std::wstring command = L"\"" + ModuleFile(nullptr) + L"\" --gtest_filter=ModuleProcessHelpersProbe.*";
   SetEnvironmentVariableA(kProbeVariable, "1");
-  STARTUPINFOW startup = {};
-  startup.cb = sizeof(startup);
-  PROCESS_INFORMATION process = {};
-  BOOL started = CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                                &process);
+  DWORD exitCode = WineTest::RunToEnd(command, 60000);
   SetEnvironmentVariableA(kProbeVariable, nullptr);
-  ASSERT_TRUE(started) << GetLastError();
-  WaitForSingleObject(process.hProcess, 60000);
-  DWORD exitCode = 1;
-  GetExitCodeProcess(process.hProcess, &exitCode);
-  CloseHandle(process.hThread);
-  CloseHandle(process.hProcess);
   EXPECT_EQ(exitCode, 0u);
 }
 

@@ -76,12 +76,6 @@ class FileReplacerTest : public ::testing::Test {
  protected:
   void SetUp() override {
     hadAllowValue_ = HasValue(L"AllowProtectedRenames");
-    wchar_t temp[MAX_PATH];
-    GetTempPathW(MAX_PATH, temp);
-    directory_ = std::wstring(temp) + L"LumenUtilTests\\Replace";
-    host_ = std::make_unique<ReferenceHost>(HostOptions{}, MString(u""));
-    shim_.reset(StartShim(host_.get(), Win32Platform()));
-    host_->shim = shim_.get();
   }
   void TearDown() override {
     for (const std::wstring& path : queued_) ForgetPendingRename(L"\\??\\" + path);
@@ -90,27 +84,19 @@ class FileReplacerTest : public ::testing::Test {
       if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, kSessionManager, 0, KEY_ALL_ACCESS, key.receive()) == ERROR_SUCCESS)
         RegDeleteValueW(key.get(), L"AllowProtectedRenames");
     }
-    host_->shim = nullptr;
   }
   std::wstring MakeFile(const wchar_t* name) {
     std::wstring path = directory_ + L"\\" + name;
     tree_.File(path, "player file");
     return path;
   }
-  FileReplacer Replacer() { return FileReplacer(*shim_, shim_->GetPlatform()); }
-  std::vector<std::string> Reports() const {
-    std::vector<std::string> lines;
-    for (const auto& entry : host_->Log().Entries())
-      lines.push_back(std::to_string(entry.code) + " " + std::to_string(entry.severity) + " " + entry.text.ToUtf8());
-    return lines;
-  }
+  FileReplacer Replacer() { return FileReplacer(*world_.shim, world_.shim->GetPlatform()); }
 
   WineTest::TempTree tree_;
-  std::wstring directory_;
+  std::wstring directory_ = WineTest::TestDirectory(L"Replace");
   std::vector<std::wstring> queued_;
   bool hadAllowValue_ = false;
-  std::unique_ptr<ReferenceHost> host_;
-  std::unique_ptr<LumenBrokerShim> shim_;
+  WineTest::HostedShim world_;
 };
 
 TEST_F(FileReplacerTest, FileHeldByAnotherProcessIsLockedAndQueuedForRestart) {
@@ -130,12 +116,12 @@ TEST_F(FileReplacerTest, FileHeldByAnotherProcessIsLockedAndQueuedForRestart) {
   EXPECT_TRUE(found) << "the queue holds \\??\\path with an empty target";
   EXPECT_TRUE(HasValue(L"AllowProtectedRenames"));
   std::string line = "1015 1 " + text.ToUtf8() + " 20";
-  EXPECT_EQ(Reports(), (std::vector<std::string>{"20 0 " + text.ToUtf8(), line, line}));
+  EXPECT_EQ(WineTest::Reports(world_.host), (std::vector<std::string>{"20 0 " + text.ToUtf8(), line, line}));
 }
 
 TEST_F(FileReplacerTest, HeldFileTheHostNamedAsFreshStaysOutOfTheQueue) {
   std::wstring path = MakeFile(L"LumenUtil_Pepper.exe");
-  shim_->AddExtraPepperFile(MString(u"LumenUtil_Pepper.exe"));
+  world_.shim->AddExtraPepperFile(MString(u"LumenUtil_Pepper.exe"));
   WineTest::HelperProcess holder;
   ASSERT_TRUE(holder.Hold(path));
   size_t before = PendingRenames().size();

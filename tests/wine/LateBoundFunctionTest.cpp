@@ -5,8 +5,6 @@
 
 #include <shlobj.h>
 
-#include <cwctype>
-
 #include "engine/win32/Win32Registry.h"
 #include "tests/wine/WineTestSupport.h"
 
@@ -14,28 +12,14 @@ using namespace SASM;
 
 namespace {
 
-std::wstring Lower(std::wstring text) {
-  for (wchar_t& c : text) c = static_cast<wchar_t>(towlower(c));
-  return text;
-}
-
-std::wstring SystemFolder() {
-  wchar_t buffer[MAX_PATH];
-  if (FAILED(SHGetFolderPathW(nullptr, CSIDL_SYSTEM, nullptr, SHGFP_TYPE_CURRENT, buffer))) return L"";
-  return buffer;
-}
-
-std::wstring ModuleFile(HMODULE module) {
-  wchar_t buffer[MAX_PATH];
-  DWORD n = GetModuleFileNameW(module, buffer, MAX_PATH);
-  return std::wstring(buffer, n);
-}
+using WineTest::Lower;
+using WineTest::ModuleFile;
 
 TEST(LateBoundFunction, BindsAlphaBlendFromTheSystemFolderOnceForTheProcess) {
   LateBoundFunction alphaBlend(L"Msimg32.dll", "AlphaBlend");
   FARPROC first = alphaBlend.Get();
   ASSERT_NE(first, nullptr);
-  EXPECT_EQ(Lower(ModuleFile(alphaBlend.Module())), Lower(SystemFolder() + L"\\msimg32.dll"));
+  EXPECT_EQ(Lower(ModuleFile(alphaBlend.Module())), Lower(WineTest::Folder(CSIDL_SYSTEM) + L"\\msimg32.dll"));
   EXPECT_EQ(first, GetProcAddress(alphaBlend.Module(), "AlphaBlend"));
   EXPECT_EQ(alphaBlend.Get(), first);
 }

@@ -67,35 +67,31 @@ Values KeyValues(const std::wstring& path) {
 class LumenBrokerShimRegistrationTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    wchar_t temp[MAX_PATH];
-    GetTempPathW(MAX_PATH, temp);
-    directory_ = std::wstring(temp) + L"LumenUtilTests\\Register";
-    tree_.Directory(directory_);
+    directory_ = TestDirectory(L"Register");
     control_ = directory_ + L"\\LumenCtrl.ocx";
     server_ = directory_ + L"\\LumenUtil_ActiveX.exe";
     payload_ = directory_ + L"\\payload.bin";
-    CopyFileW((WineTest::BinaryDirectory() + L"\\lumen_test_control.dll").c_str(), control_.c_str(), FALSE);
-    CopyFileW(WineTest::HelperProcess::BuiltPath().c_str(), server_.c_str(), FALSE);
     tree_.File(payload_, std::string(20 * 1024 + 100, 'p'));
     tree_.File(directory_ + L"\\NPLumenPlayer.dll", "plug-in");
+    CopyFileW((BinaryDirectory() + L"\\lumen_test_control.dll").c_str(), control_.c_str(), FALSE);
+    CopyFileW(HelperProcess::BuiltPath().c_str(), server_.c_str(), FALSE);
     CleanRegistry();
 
     HostOptions options;
     options.Parse({u"-release", u"-source", u"2"});
-    std::u16string settings = u"Host { PayloadPath \"" + FromWide(payload_.c_str()) + u"\"; UtilityPath \"" +
-                              FromWide(server_.c_str()) + u"\"; }";
-    host_ = std::make_unique<ReferenceHost>(options, MString(std::u16string_view(settings)));
-    shim_.reset(StartShim(host_.get(), Win32Platform()));
-    host_->shim = shim_.get();
+    world_ = std::make_unique<HostedShim>(u"Host { PayloadPath \"" + FromWide(payload_.c_str()) +
+                                              u"\"; UtilityPath \"" + FromWide(server_.c_str()) + u"\"; }",
+                                          options);
+    shim_ = world_->shim.get();
     for (auto add : {&LumenBrokerShim::AddExtraActiveXFile, &LumenBrokerShim::AddExtraPluginFile,
                      &LumenBrokerShim::AddExtraPepperFile}) {
-      (shim_.get()->*add)(MString(FromWide(kExtraExecutable)));
-      (shim_.get()->*add)(MString(u"LumenCtrl.ocx"));
+      (shim_->*add)(MString(FromWide(kExtraExecutable)));
+      (shim_->*add)(MString(u"LumenCtrl.ocx"));
     }
   }
 
   void TearDown() override {
-    host_->shim = nullptr;
+    world_.reset();
     CleanRegistry();
     // Protection may have left the registered files read-only.
     for (const std::wstring& path : {control_, server_}) {
@@ -113,18 +109,13 @@ class LumenBrokerShimRegistrationTest : public ::testing::Test {
   Values UninstallEntry(const wchar_t* label, const wchar_t* word) const {
     return {
         {L"DisplayName", Text(std::wstring(L"Corva Lumen Player 28 ") + label + L" 64-bit")},
-        {L"Publisher", Text(L"Corva Systems Incorporated")},
-        {L"DisplayVersion", Text(L"28.0.0.126")},
+        {L"Publisher", Text(L"Corva Systems Incorporated")}, {L"DisplayVersion", Text(L"28.0.0.126")},
         {L"HelpLink", Text(L"https://www.halcyonics.example/go/lumenplayer_support/")},
-        {L"NoModify", Number(1)},
-        {L"NoRepair", Number(1)},
-        {L"RequiresIESysFile", Text(L"4.70.0.1155")},
+        {L"NoModify", Number(1)}, {L"NoRepair", Number(1)}, {L"RequiresIESysFile", Text(L"4.70.0.1155")},
         {L"URLInfoAbout", Text(L"https://www.halcyonics.example/")},
         {L"URLUpdateInfo", Text(L"https://www.halcyonics.example/go/getlumenplayer/")},
-        {L"VersionMajor", Number(28)},
-        {L"VersionMinor", Number(0)},
-        {L"UninstallString", Text(server_ + L" -maintain " + word)},
-        {L"DisplayIcon", Text(server_)},
+        {L"VersionMajor", Number(28)}, {L"VersionMinor", Number(0)},
+        {L"UninstallString", Text(server_ + L" -maintain " + word)}, {L"DisplayIcon", Text(server_)},
         {L"EstimatedSize", Number(20)},
     };
   }
@@ -149,8 +140,8 @@ class LumenBrokerShimRegistrationTest : public ::testing::Test {
 
   WineTest::TempTree tree_;
   std::wstring directory_, control_, server_, payload_;
-  std::unique_ptr<ReferenceHost> host_;
-  std::unique_ptr<LumenBrokerShim> shim_;
+  std::unique_ptr<HostedShim> world_;
+  LumenBrokerShim* shim_ = nullptr;
 };
 
 TEST_F(LumenBrokerShimRegistrationTest, ActiveXWritesBrokerControlEntryAndInventory) {
@@ -163,12 +154,10 @@ TEST_F(LumenBrokerShimRegistrationTest, ActiveXWritesBrokerControlEntryAndInvent
   ASSERT_TRUE(ReadKey(kBrokerServer, server, subkeys));
   EXPECT_EQ(server[L""], Text(server_));
   EXPECT_FALSE(KeyExists(kPlugin));
-  DWORD calls = 0, size = sizeof(calls);
-  RegGetValueW(HKEY_CURRENT_USER, kCounterKey, L"RegisterCalls", RRF_RT_REG_DWORD, nullptr, &calls, &size);
-  EXPECT_EQ(calls, 1u);
+  EXPECT_EQ(UserDword(kCounterKey, L"RegisterCalls"), 1u);
   // The files' protection isn't checked here: Wine keeps no access list for a file and
   // maps each one written onto the Unix mode, which resets the read-only attribute.
-  EXPECT_EQ(host_->Log().Count(), 0) << host_->FormatLog();
+  EXPECT_EQ(Reports(world_->host), std::vector<std::string>{});
 }
 
 TEST_F(LumenBrokerShimRegistrationTest, PluginWritesItsBrowserEntryAndNoActiveXKeys) {
@@ -176,14 +165,12 @@ TEST_F(LumenBrokerShimRegistrationTest, PluginWritesItsBrowserEntryAndNoActiveXK
   ASSERT_TRUE(shim_->RegisterProduct(16, Path(plugin), Path(server_), MString(), 1));
   ExpectCommonKeys(L"Plugin", L"NPAPI", L"plugin", plugin);
   const std::wstring product = L"Corva\u00AE Lumen\u00AE Player 28.0.0.126 Plugin";
-  EXPECT_EQ(KeyValues(kPlugin), (Values{{L"Path", Text(plugin)},
-                                       {L"ProductName", Text(product)},
+  EXPECT_EQ(KeyValues(kPlugin), (Values{{L"Path", Text(plugin)}, {L"ProductName", Text(product)},
                                        {L"Vendor", Text(L"Corva Systems Incorporated")},
-                                       {L"Description", Text(product)},
-                                       {L"Version", Text(L"28.0.0.126")}}));
+                                       {L"Description", Text(product)}, {L"Version", Text(L"28.0.0.126")}}));
   EXPECT_FALSE(KeyExists(kCompatibility));
   EXPECT_FALSE(KeyExists(kBrokerServer));
-  EXPECT_EQ(host_->Log().Count(), 0) << host_->FormatLog();
+  EXPECT_EQ(Reports(world_->host), std::vector<std::string>{});
 }
 
 TEST_F(LumenBrokerShimRegistrationTest, PepperWritesTheEntryAndInventoryOnly) {
@@ -193,7 +180,7 @@ TEST_F(LumenBrokerShimRegistrationTest, PepperWritesTheEntryAndInventoryOnly) {
   EXPECT_FALSE(KeyExists(kPlugin));
   EXPECT_FALSE(KeyExists(kCompatibility));
   EXPECT_FALSE(KeyExists(kBrokerServer));
-  EXPECT_EQ(host_->Log().Count(), 0) << host_->FormatLog();
+  EXPECT_EQ(Reports(world_->host), std::vector<std::string>{});
 }
 
 }  // namespace

@@ -12,12 +12,7 @@ using namespace SASM;
 
 namespace {
 
-std::wstring TempFile(const wchar_t* name) {
-  wchar_t buffer[MAX_PATH + 1];
-  DWORD n = GetTempPathW(MAX_PATH + 1, buffer);
-  return std::wstring(buffer, n) + L"LumenZoneTest\\" + name;
-}
-
+std::wstring TempFile(const wchar_t* name) { return WineTest::TestDirectory(L"Zone\\") + name; }
 // The stream as the platform keeps it; deleting it again is the test's business.
 void WriteMark(const std::wstring& path, const char* text) {
   HANDLE stream = CreateFileW((path + L":Zone.Identifier").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,

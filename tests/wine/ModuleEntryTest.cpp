@@ -1,6 +1,7 @@
 // The real module, loaded as a host loads it.
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <set>
 
 #include "engine/InstallEngine.h"
@@ -28,6 +29,13 @@ class ModuleEntryTest : public ::testing::Test {
     if (module_) FreeLibrary(module_);
   }
 
+  // The module's shim for host; the host knows it until the test ends.
+  std::unique_ptr<LumenBrokerShim> Start(ReferenceHost& host) {
+    std::unique_ptr<LumenBrokerShim> shim(start_(&host));
+    host.shim = shim.get();
+    return shim;
+  }
+
   std::set<std::string> Entries(MStringList* list) {
     std::set<std::string> names;
     for (auto* node = list->head; node; node = node->next) names.insert(node->key.ToUtf8());
@@ -40,12 +48,10 @@ class ModuleEntryTest : public ::testing::Test {
 
 TEST_F(ModuleEntryTest, StartReturnsAShimThatOwnsAnEngine) {
   ReferenceHost host(HostOptions{}, MString(u""));
-  LumenBrokerShim* shim = start_(&host);
+  std::unique_ptr<LumenBrokerShim> shim = Start(host);
   ASSERT_NE(shim, nullptr);
-  host.shim = shim;
   EXPECT_NE(shim->GetEngine(), nullptr);
   EXPECT_EQ(shim->WasRegistrationReached(), 0);
-  delete shim;
 }
 
 TEST_F(ModuleEntryTest, LoadEngineListsReadsSettingsAndRealDirectories) {
@@ -64,9 +70,8 @@ TEST_F(ModuleEntryTest, LoadEngineListsReadsSettingsAndRealDirectories) {
       u"AXFilenamePatterns LumenCtrl:.ocx; PluginFilenamePatterns NPLumen:.dll; PepperFilenamePatterns pep:.dll;"
       u"ProductManagerDirectoryPatterns lumen_;");
   ReferenceHost host(HostOptions{}, settings);
-  LumenBrokerShim* shim = start_(&host);
+  std::unique_ptr<LumenBrokerShim> shim = Start(host);
   ASSERT_NE(shim, nullptr);
-  host.shim = shim;
 
   EXPECT_TRUE(shim->LoadEngineLists()) << host.FormatLog();
   EXPECT_EQ(Entries(shim->GetAXFilenames()), (std::set<std::string>{"LumenCtrl.ocx", "Lumen Readme.txt"}));
@@ -79,7 +84,6 @@ TEST_F(ModuleEntryTest, LoadEngineListsReadsSettingsAndRealDirectories) {
   EXPECT_TRUE(system.count(".."));
   EXPECT_TRUE(Entries(shim->GetProductManagerEntries()).count("lumen_28_0"));
   EXPECT_EQ(host.Log().Count(), 0) << host.FormatLog();
-  delete shim;
 }
 
 TEST_F(ModuleEntryTest, MissingProductDirectoryIsReportedAndFailsTheLoad) {
@@ -92,28 +96,24 @@ TEST_F(ModuleEntryTest, MissingProductDirectoryIsReportedAndFailsTheLoad) {
   WineTest::TempTree tree;
   tree.Directory(WineTest::SystemDirectory() + L"\\Halcyons\\Lumen");
   ReferenceHost host(HostOptions{}, settings);
-  LumenBrokerShim* shim = start_(&host);
+  std::unique_ptr<LumenBrokerShim> shim = Start(host);
   ASSERT_NE(shim, nullptr);
-  host.shim = shim;
   EXPECT_FALSE(shim->LoadEngineLists());
   ASSERT_EQ(host.Log().Count(), 1);
   EXPECT_EQ(host.Log().Code(0), 1113);
   MString text;
   EXPECT_EQ(host.Log().Text(text, 0).ToUtf8().substr(text.Length() - 2), " 3");
-  delete shim;
 }
 
 TEST_F(ModuleEntryTest, LoadStringReadsTheModuleTableOrSaysWhatIsMissing) {
   ReferenceHost host(HostOptions{}, MString(u""));
   host.resourceModule = module_;
-  LumenBrokerShim* shim = start_(&host);
+  std::unique_ptr<LumenBrokerShim> shim = Start(host);
   ASSERT_NE(shim, nullptr);
-  host.shim = shim;
   MString text;
   EXPECT_EQ(shim->LoadString(text, 51, 0).ToUtf8(), "No error information is available.");
   EXPECT_EQ(shim->LoadString(text, 64000, 0).ToUtf8(), "MISSING LOCALIZATION");
   EXPECT_EQ(shim->LoadString(text, 64000, 1).ToUtf8(), "[string 64000]");
-  delete shim;
 }
 
 }  // namespace

@@ -29,47 +29,39 @@ namespace {
 
 using namespace WineTest;
 using namespace WineTest::ProductKeys;
+using namespace std::string_literals;
 
 constexpr wchar_t kControlClass[] = L"Software\\Classes\\CLSID\\{7B1C3F52-4D0A-11CF-96B8-5A1E0C2D7F10}";
 constexpr wchar_t kBrokerServer[] = L"Software\\Classes\\CLSID\\{B019E3BF-E7E5-453C-A2E4-D2C18CA0866F}";
-constexpr wchar_t kTaskName[] = L"Corva Lumen Player PPAPI Notifier";
 
-// Registers the notifier task with the steps the platform performs.
-void RegisterNotifierTask() {
-  Win32TaskScheduler scheduler;
-  std::unique_ptr<ITaskSchedulerSession> session = scheduler.Open();
+// Runs the steps in one session of the platform's scheduler; false at the first that fails.
+bool RunTaskSteps(std::initializer_list<TaskStep> steps) {
+  std::unique_ptr<ITaskSchedulerSession> session = Win32TaskScheduler().Open();
   TaskDefinition definition;
   definition.name = u"Corva Lumen Player PPAPI Notifier";
   definition.commandPath = u"C:\\Lumen\\Notifier.exe";
-  for (TaskStep step : {TaskStep::InitializeCom, TaskStep::InitializeSecurity, TaskStep::CreateTaskService,
-                        TaskStep::Connect, TaskStep::OpenRootFolder, TaskStep::NewDefinition, TaskStep::TakeActions,
-                        TaskStep::CreateAction, TaskStep::QueryExecAction, TaskStep::SetPath,
-                        TaskStep::RegisterDefinition}) {
-    int32_t answer = 0;
-    session->Run(step, definition, answer);
-  }
+  int32_t answer = 0;
+  for (TaskStep step : steps)
+    if (session->Run(step, definition, answer) < 0) return false;
+  return true;
+}
+
+void RegisterNotifierTask() {
+  RunTaskSteps({TaskStep::InitializeCom, TaskStep::InitializeSecurity, TaskStep::CreateTaskService, TaskStep::Connect,
+                TaskStep::OpenRootFolder, TaskStep::NewDefinition, TaskStep::TakeActions, TaskStep::CreateAction,
+                TaskStep::QueryExecAction, TaskStep::SetPath, TaskStep::RegisterDefinition});
 }
 
 // Whether the task service knows the task, asked through a removal's own steps.
 bool NotifierTaskExists() {
-  Win32TaskScheduler scheduler;
-  std::unique_ptr<ITaskSchedulerSession> session = scheduler.Open();
-  TaskDefinition definition;
-  definition.name = u"Corva Lumen Player PPAPI Notifier";
-  int32_t answer = 0;
-  for (TaskStep step : {TaskStep::InitializeCom, TaskStep::InitializeSecurity, TaskStep::CreateTaskService,
-                        TaskStep::Connect, TaskStep::OpenRootFolder}) {
-    if (session->Run(step, definition, answer) < 0) return false;
-  }
-  return session->Run(TaskStep::FindTask, definition, answer) >= 0;
+  return RunTaskSteps({TaskStep::InitializeCom, TaskStep::InitializeSecurity, TaskStep::CreateTaskService,
+                       TaskStep::Connect, TaskStep::OpenRootFolder, TaskStep::FindTask});
 }
 
 class ProductRemovalTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    wchar_t temp[MAX_PATH];
-    GetTempPathW(MAX_PATH, temp);
-    directory_ = std::wstring(temp) + L"LumenUtilTests\\Remove";
+    directory_ = TestDirectory(L"Remove");
     system_ = directory_ + L"\\System";
     tree_.Directory(system_);
     control_ = directory_ + L"\\LumenCtrl.ocx";
@@ -80,26 +72,25 @@ class ProductRemovalTest : public ::testing::Test {
     feedback_ = directory_ + L"\\FeedbackSvc.exe";
     applet_ = system_ + L"\\LumenPlayerCPLApp.cpl";
     settingsManager_ = system_ + L"\\LumenPlayer_Settings.exe";
-    CopyFileW((WineTest::BinaryDirectory() + L"\\lumen_test_control.dll").c_str(), control_.c_str(), FALSE);
-    CopyFileW(WineTest::HelperProcess::BuiltPath().c_str(), server_.c_str(), FALSE);
-    std::wstring standIn = WineTest::BinaryDirectory() + L"\\lumen_service_standin.exe";
-    CopyFileW(standIn.c_str(), updater_.c_str(), FALSE);
-    CopyFileW(standIn.c_str(), feedback_.c_str(), FALSE);
+    std::wstring standIn = BinaryDirectory() + L"\\lumen_service_standin.exe";
+    CopyFileW((BinaryDirectory() + L"\\lumen_test_control.dll").c_str(), control_.c_str(), FALSE);
+    CopyFileW(HelperProcess::BuiltPath().c_str(), server_.c_str(), FALSE);
+    for (const std::wstring& service : {updater_, feedback_}) CopyFileW(standIn.c_str(), service.c_str(), FALSE);
     for (const std::wstring& file : {plugin_, pepper_, applet_, settingsManager_}) tree_.File(file, "file");
     CleanUp();
 
     HostOptions options;
     options.Parse({u"-release", u"-source", u"2"});
-    std::u16string settings = u"Host { UtilityPath \"" + FromWide(server_.c_str()) +
-                              u"\"; UpdateService UpdateSvc.exe; FeedbackService FeedbackSvc.exe;"
-                              u" ControlPanelApplet LumenPlayerCPLApp.cpl; SettingsManager LumenPlayer_Settings.exe; }";
-    host_ = std::make_unique<ReferenceHost>(options, MString(std::u16string_view(settings)));
-    shim_.reset(StartShim(host_.get(), Win32Platform()));
-    host_->shim = shim_.get();
+    world_ = std::make_unique<HostedShim>(
+        u"Host { UtilityPath \"" + FromWide(server_.c_str()) +
+            u"\"; UpdateService UpdateSvc.exe; FeedbackService FeedbackSvc.exe;"
+            u" ControlPanelApplet LumenPlayerCPLApp.cpl; SettingsManager LumenPlayer_Settings.exe; }",
+        options);
+    shim_ = world_->shim.get();
   }
 
   void TearDown() override {
-    host_->shim = nullptr;
+    world_.reset();
     CleanUp();
     for (const std::wstring& path : {control_, server_, updater_, feedback_, updater_ + L".switches",
                                      feedback_ + L".switches"}) {
@@ -130,29 +121,30 @@ class ProductRemovalTest : public ::testing::Test {
                    static_cast<DWORD>((control_.size() + 1) * sizeof(wchar_t)));
     RegisterNotifierTask();
     ASSERT_TRUE(NotifierTaskExists());
-    ASSERT_EQ(host_->Log().Count(), 0) << host_->FormatLog();
+    ASSERT_EQ(world_->host.Log().Count(), 0) << world_->host.FormatLog();
   }
 
-  // "code severity text" per report since the last call.
+  // The reports since the last call.
   std::vector<std::string> NewReports() {
-    std::vector<std::string> lines;
-    const auto& entries = host_->Log().Entries();
-    for (; seen_ < entries.size(); ++seen_) {
-      const auto& entry = entries[seen_];
-      lines.push_back(std::to_string(entry.code) + " " + std::to_string(entry.severity) + " " + entry.text.ToUtf8());
-    }
+    std::vector<std::string> lines = Reports(world_->host, seen_);
+    seen_ += lines.size();
     return lines;
   }
 
   WineTest::TempTree tree_;
   std::wstring directory_, system_, control_, server_, plugin_, pepper_, updater_, feedback_, applet_,
       settingsManager_;
-  std::unique_ptr<ReferenceHost> host_;
-  std::unique_ptr<LumenBrokerShim> shim_;
+  std::unique_ptr<HostedShim> world_;
+  LumenBrokerShim* shim_ = nullptr;
   size_t seen_ = 0;
 };
 
 std::string Utf8(const std::wstring& text) { return MString(FromWide(text.c_str())).ToUtf8(); }
+
+void ExpectGone(std::initializer_list<std::wstring> keys, std::initializer_list<std::wstring> files) {
+  for (const std::wstring& key : keys) EXPECT_FALSE(KeyExists(key)) << Utf8(key);
+  for (const std::wstring& file : files) EXPECT_FALSE(FileExists(file)) << Utf8(file);
+}
 
 // The registry clean-up's deletions of what a registration never writes, then its failure.
 std::vector<std::string> CleanUpReports(const char* productWord, const std::string& lastKey) {
@@ -179,21 +171,14 @@ TEST_F(ProductRemovalTest, EachKindLeavesNothingOfItsOwnAndTheLastTakesTheShared
   RegisterAllKinds();
   const std::string appletValue =
       "1037 1 Software\\Microsoft\\Windows\\CurrentVersion\\Control Panel\\Extended Properties\\"
-      "System.ControlPanel.Category/" + Utf8(WineTest::SystemDirectory()) + "\\LumenPlayerCPLApp.cpl 2";
+      "System.ControlPanel.Category/" + Utf8(SystemDirectory()) + "\\LumenPlayerCPLApp.cpl 2";
   {
     SCOPED_TRACE("ActiveX");
     EXPECT_FALSE(shim_->RemoveProductKind(8, Path(system_), 0, 0));  // the clean-up meets values never written
-    EXPECT_FALSE(KeyExists(std::wstring(kProduct) + L"ActiveX"));
-    EXPECT_FALSE(KeyExists(std::wstring(kProduct) + L"ActiveXReleaseType"));
-    EXPECT_FALSE(KeyExists(std::wstring(kUninstall) + L"ActiveX"));
-    EXPECT_FALSE(KeyExists(kControlClass));
-    EXPECT_FALSE(KeyExists(kBrokerServer));
-    EXPECT_FALSE(FileExists(control_));
-    EXPECT_FALSE(FileExists(server_));
-    DWORD unregisterCalls = 0, size = sizeof(unregisterCalls);
-    RegGetValueW(HKEY_CURRENT_USER, kCounterKey, L"UnregisterCalls", RRF_RT_REG_DWORD, nullptr, &unregisterCalls,
-                 &size);
-    EXPECT_EQ(unregisterCalls, 1u);
+    ExpectGone({kProduct + L"ActiveX"s, kProduct + L"ActiveXReleaseType"s, kUninstall + L"ActiveX"s, kControlClass,
+                kBrokerServer},
+               {control_, server_});
+    EXPECT_EQ(UserDword(kCounterKey, L"UnregisterCalls"), 1u);
     // The plug-ins still need the services and the system files.
     EXPECT_TRUE(KeyExists(std::wstring(kProduct) + L"Plugin"));
     EXPECT_TRUE(FileExists(feedback_) && FileExists(updater_) && FileExists(applet_));
@@ -204,11 +189,7 @@ TEST_F(ProductRemovalTest, EachKindLeavesNothingOfItsOwnAndTheLastTakesTheShared
   {
     SCOPED_TRACE("NPAPI");
     EXPECT_FALSE(shim_->RemoveProductKind(16, Path(system_), 0, 0));
-    EXPECT_FALSE(KeyExists(std::wstring(kProduct) + L"Plugin"));
-    EXPECT_FALSE(KeyExists(std::wstring(kProduct) + L"PluginReleaseType"));
-    EXPECT_FALSE(KeyExists(std::wstring(kUninstall) + L"NPAPI"));
-    EXPECT_FALSE(KeyExists(kPlugin));
-    EXPECT_FALSE(FileExists(plugin_));
+    ExpectGone({kProduct + L"Plugin"s, kProduct + L"PluginReleaseType"s, kUninstall + L"NPAPI"s, kPlugin}, {plugin_});
     // No player of kind 8 or 16 is left: the feedback service removes itself and goes.
     EXPECT_EQ(ReadAll(feedback_ + L".switches"), "-uninstall\n");
     EXPECT_FALSE(FileExists(feedback_));
@@ -221,12 +202,8 @@ TEST_F(ProductRemovalTest, EachKindLeavesNothingOfItsOwnAndTheLastTakesTheShared
   {
     SCOPED_TRACE("PPAPI");
     EXPECT_FALSE(shim_->RemoveProductKind(32768, Path(system_), 0, 0));
-    EXPECT_FALSE(KeyExists(std::wstring(kProduct) + L"Pepper"));
-    EXPECT_FALSE(KeyExists(std::wstring(kProduct) + L"PepperReleaseType"));
-    EXPECT_FALSE(KeyExists(std::wstring(kUninstall) + L"PPAPI"));
-    EXPECT_FALSE(FileExists(pepper_));
-    EXPECT_FALSE(FileExists(applet_));
-    EXPECT_FALSE(FileExists(settingsManager_));
+    ExpectGone({kProduct + L"Pepper"s, kProduct + L"PepperReleaseType"s, kUninstall + L"PPAPI"s},
+               {pepper_, applet_, settingsManager_});
     EXPECT_EQ(ReadAll(updater_ + L".switches"), "-uninstall\n");
     EXPECT_FALSE(FileExists(updater_));
     EXPECT_FALSE(NotifierTaskExists());

@@ -23,9 +23,7 @@ using WineTest::ReadAll;
 class ServiceRunnerTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    wchar_t temp[MAX_PATH];
-    GetTempPathW(MAX_PATH, temp);
-    directory_ = std::wstring(temp) + L"LumenUtilTests\\Runner";
+    directory_ = WineTest::TestDirectory(L"Runner");
     tree_.Directory(directory_);
     standIn_ = directory_ + L"\\LumenPlayerUpdateService.exe";
     ASSERT_TRUE(CopyFileW((WineTest::BinaryDirectory() + L"\\lumen_service_standin.exe").c_str(), standIn_.c_str(),

@@ -67,12 +67,7 @@ class ServiceStopperTest : public ::testing::Test {
     return stopped;
   }
 
-  std::vector<std::string> Reports() const {
-    std::vector<std::string> lines;
-    for (const auto& entry : host_->Log().Entries())
-      lines.push_back(std::to_string(entry.code) + " " + std::to_string(entry.severity) + " " + entry.text.ToUtf8());
-    return lines;
-  }
+  std::vector<std::string> Reports() { return WineTest::Reports(*host_); }
 
   ScopedServiceHandle manager_;
   ScopedServiceHandle service_;

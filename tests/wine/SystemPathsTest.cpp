@@ -17,11 +17,7 @@ using namespace SASM;
 
 namespace {
 
-std::wstring Folder(int csidl) {
-  wchar_t buffer[MAX_PATH];
-  if (FAILED(SHGetFolderPathW(nullptr, csidl, nullptr, SHGFP_TYPE_CURRENT, buffer))) return L"";
-  return buffer;
-}
+using WineTest::Folder;
 
 std::wstring Wow64Directory() {
   wchar_t buffer[MAX_PATH];

@@ -50,9 +50,7 @@ Entries UsersEntries(const std::wstring& name, SE_OBJECT_TYPE type, uint32_t mas
 class Win32AccessControlTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    wchar_t temp[MAX_PATH];
-    GetTempPathW(MAX_PATH, temp);
-    path_ = std::wstring(temp) + L"LumenUtilTests\\Access\\protected.dll";
+    path_ = WineTest::TestDirectory(L"Access\\protected.dll");
     tree_.File(path_, "library");
   }
 

@@ -17,12 +17,7 @@ using namespace SASM;
 
 namespace {
 
-std::wstring TempFile(const wchar_t* name) {
-  wchar_t buffer[MAX_PATH + 1];
-  DWORD n = GetTempPathW(MAX_PATH + 1, buffer);
-  return std::wstring(buffer, n) + L"LumenProtectionTest\\" + name;
-}
-
+std::wstring TempFile(const wchar_t* name) { return WineTest::TestDirectory(L"Protection\\") + name; }
 class Win32EnterpriseProtectionPlatformTest : public ::testing::Test {
  protected:
   void SetUp() override {

@@ -21,20 +21,8 @@ constexpr size_t kFillingNameLength = LcdSegment::kConnectionListSize - 5;
 
 // Runs the directory's helper process to its end and gives its exit code.
 DWORD RunChild(const std::wstring& arguments) {
-  std::wstring command = L"\"" + WineTest::BinaryDirectory() + L"\\lumen_lcd_child.exe\" " + arguments;
-  STARTUPINFOW startup{};
-  startup.cb = sizeof startup;
-  PROCESS_INFORMATION info{};
-  if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &info)) {
-    ADD_FAILURE() << "CreateProcessW error " << GetLastError();
-    return 0xFFFFFFFF;
-  }
-  ScopedHandle process(info.hProcess);
-  ScopedHandle thread(info.hThread);
-  EXPECT_EQ(WaitForSingleObject(process.get(), kChildTimeoutMs), WAIT_OBJECT_0);
-  DWORD code = 0xFFFFFFFF;
-  GetExitCodeProcess(process.get(), &code);
-  return code;
+  return WineTest::RunToEnd(L"\"" + WineTest::BinaryDirectory() + L"\\lumen_lcd_child.exe\" " + arguments,
+                            kChildTimeoutMs);
 }
 
 // Whether another thread could take the directory's mutex right now.

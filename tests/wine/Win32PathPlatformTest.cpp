@@ -56,15 +56,4 @@ TEST(Win32PathPlatform, PlainDirectoryHasNoReparseData) {
   platform.CloseHandle(file);
 }
 
-TEST(Win32PathPlatform, PolicyOverTheRealPlatformJudgesThePlayersFolder) {
-  std::wstring playerData = WineTest::RoamingFolder() + L"\\Halcyonics\\Lumen Player";
-  WineTest::TempTree tree;
-  tree.Directory(playerData);
-  Win32PathPlatform platform;
-  BrokerPathPolicy policy(platform, true);
-  EXPECT_EQ(policy.BrokerIsWritablePath(FromWide((playerData + L"\\x.sol").c_str()).c_str(), 1), 0);
-  EXPECT_NE(policy.BrokerIsWritablePath(FromWide((playerData + L"\\..\\x.sol").c_str()).c_str(), 1), 0);
-  EXPECT_NE(policy.BrokerIsWritablePath(u"C:\\windows\\x.sol", 1), 0);
-}
-
 }  // namespace

@@ -17,9 +17,7 @@ namespace {
 class Win32ProcessLauncherTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    wchar_t temp[MAX_PATH];
-    GetTempPathW(MAX_PATH, temp);
-    directory_ = std::wstring(temp) + L"LumenUtilTests\\Launcher";
+    directory_ = WineTest::TestDirectory(L"Launcher");
     tree_.Directory(directory_);
     standIn_ = directory_ + L"\\standin.exe";
     ASSERT_TRUE(CopyFileW((WineTest::BinaryDirectory() + L"\\lumen_service_standin.exe").c_str(), standIn_.c_str(),

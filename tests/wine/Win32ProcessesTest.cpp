@@ -24,11 +24,7 @@ using namespace SASM;
 
 namespace {
 
-std::wstring TempDirectory(const wchar_t* name) {
-  wchar_t temp[MAX_PATH];
-  GetTempPathW(MAX_PATH, temp);
-  return std::wstring(temp) + L"LumenUtilTests\\" + name;
-}
+using WineTest::TestDirectory;
 
 // Waits for a file to appear and gives its UTF-16 content.
 bool WaitForFile(const std::wstring& path, std::wstring& content) {
@@ -47,7 +43,8 @@ bool WaitForFile(const std::wstring& path, std::wstring& content) {
   return false;
 }
 
-TEST(Win32Processes, ListIsBoundedAndNamesThisProcess) {
+// Both listings: the enumeration and the single call told its bytes.
+TEST(Win32Processes, ListsAreBoundedAndNameThisProcess) {
   Win32Processes processes;
   std::vector<uint32_t> ids;
   ASSERT_TRUE(processes.EnumerateProcesses(1024, ids));
@@ -59,11 +56,17 @@ TEST(Win32Processes, ListIsBoundedAndNamesThisProcess) {
   EXPECT_EQ(processes.GetImageBaseName(GetCurrentProcessId(), image), 0);
   EXPECT_EQ(image, u"lumen_wine_tests.exe");
   EXPECT_NE(processes.GetImageBaseName(0xFFFFFFF0u, image), 0);
+
+  std::vector<uint32_t> listed, two;
+  ASSERT_EQ(processes.ListProcessIds(1024, listed), IProcesses::ListResult::kListed);
+  EXPECT_NE(std::find(listed.begin(), listed.end(), GetCurrentProcessId()), listed.end()) << "the prefix has few";
+  ASSERT_EQ(processes.ListProcessIds(8, two), IProcesses::ListResult::kListed);
+  EXPECT_EQ(two.size(), 2u);
 }
 
 TEST(Win32Processes, RunningExplorerRestartsTheUtilityInItsUserContext) {
   WineTest::TempTree tree;
-  std::wstring directory = TempDirectory(L"Browsers");
+  std::wstring directory = TestDirectory(L"Browsers");
   std::wstring browser = directory + L"\\iexplore.exe";
   std::wstring utility = directory + L"\\Utility\\LumenUtil_ActiveX.exe";
   tree.Directory(directory + L"\\Utility");
@@ -74,29 +77,15 @@ TEST(Win32Processes, RunningExplorerRestartsTheUtilityInItsUserContext) {
   {
     WineTest::HelperProcess explorer;
     ASSERT_TRUE(explorer.Run(browser));
-    std::u16string settings = u"Host { UtilityPath \"" + FromWide(utility.c_str()) + u"\"; }";
-    ReferenceHost host(HostOptions{}, MString(std::u16string_view(settings)));
-    std::unique_ptr<LumenBrokerShim> shim(StartShim(&host, Win32Platform()));
-    host.shim = shim.get();
-    BrowserRefresh(*shim, shim->GetPlatform()).AskBrowsersToRefresh();
+    WineTest::HostedShim world(u"Host { UtilityPath \"" + FromWide(utility.c_str()) + u"\"; }");
+    BrowserRefresh(*world.shim, world.shim->GetPlatform()).AskBrowsersToRefresh();
     EXPECT_TRUE(WaitForFile(marker, content));
-    EXPECT_EQ(host.Log().Count(), 0);
-    host.shim = nullptr;
+    EXPECT_EQ(world.host.Log().Count(), 0);
   }
   EXPECT_EQ(content, L"\"" + utility + L"\" -refreshIEElevationPolicies");
   DeleteFileW(marker.c_str());
   DeleteFileW(browser.c_str());
   DeleteFileW(utility.c_str());
-}
-
-TEST(Win32Processes, ListingIsOneCallToldItsBytes) {
-  Win32Processes processes;
-  std::vector<uint32_t> ids;
-  ASSERT_EQ(processes.ListProcessIds(1024, ids), IProcesses::ListResult::kListed);
-  EXPECT_NE(std::find(ids.begin(), ids.end(), GetCurrentProcessId()), ids.end()) << "the prefix has few processes";
-  std::vector<uint32_t> two;
-  ASSERT_EQ(processes.ListProcessIds(8, two), IProcesses::ListResult::kListed);
-  EXPECT_EQ(two.size(), 2u);
 }
 
 // Handles this process holds, from the system's handle table (the handle count call answers 0 under Wine).
@@ -121,7 +110,7 @@ size_t OwnHandleCount() {
 
 TEST(Win32Processes, ModulesOfAnotherProcessIncludeItsLibraryAndTheProcessStaysOpen) {
   WineTest::TempTree tree;
-  std::wstring directory = TempDirectory(L"Modules");
+  std::wstring directory = TestDirectory(L"Modules");
   std::wstring library = directory + L"\\HeldControl-" + std::to_wstring(GetCurrentProcessId()) + L".dll";
   tree.Directory(directory);
   std::wstring built = WineTest::BinaryDirectory() + L"\\lumen_test_control.dll";

@@ -71,12 +71,7 @@ class Win32TaskSchedulerTest : public ::testing::Test {
   }
   void TearDown() override { folder_.Delete(); }
 
-  std::vector<std::string> Reports() const {
-    std::vector<std::string> lines;
-    for (const auto& entry : host_->Log().Entries())
-      lines.push_back(std::to_string(entry.code) + " " + std::to_string(entry.severity) + " " + entry.text.ToUtf8());
-    return lines;
-  }
+  std::vector<std::string> Reports() { return WineTest::Reports(*host_); }
 
   TaskFolder folder_;
   std::unique_ptr<ReferenceHost> host_;
@@ -110,42 +105,31 @@ TaskDefinition Notifier() {
   return definition;
 }
 
-TEST_F(Win32TaskSchedulerTest, DefinitionIsRegisteredAndReadBackByName) {
+TEST_F(Win32TaskSchedulerTest, DefinitionIsRegisteredReadBackByNameAndRemovedOnce) {
   Win32TaskScheduler scheduler;
-  std::unique_ptr<ITaskSchedulerSession> session = scheduler.Open();
-  ASSERT_TRUE(session);
-  TaskDefinition definition = Notifier();
-  for (TaskStep step : kStepsWineKeeps) {
-    int32_t answer = 0;
-    ASSERT_GE(session->Run(step, definition, answer), 0) << static_cast<int>(step);
+  {
+    std::unique_ptr<ITaskSchedulerSession> session = scheduler.Open();
+    ASSERT_TRUE(session);
+    TaskDefinition definition = Notifier();
+    for (TaskStep step : kStepsWineKeeps) {
+      int32_t answer = 0;
+      ASSERT_GE(session->Run(step, definition, answer), 0) << static_cast<int>(step);
+    }
   }
-  session.reset();
-
   ComPtr<IRegisteredTask> task = folder_.Find();
   ASSERT_TRUE(task);
-  ScopedBstr name;
+  ScopedBstr name, author;
   ASSERT_EQ(task->get_Name(name.receive()), S_OK);
   EXPECT_STREQ(name.get(), kTaskName);
   ComPtr<ITaskDefinition> stored;
   ComPtr<IRegistrationInfo> info;
-  ScopedBstr author;
   ASSERT_EQ(task->get_Definition(stored.receive()), S_OK);
   ASSERT_EQ(stored->get_RegistrationInfo(info.receive()), S_OK);
   ASSERT_EQ(info->get_Author(author.receive()), S_OK);
   EXPECT_STREQ(author.get(), L"Corva Systems Incorporated");
-}
+  task.reset();
 
-TEST_F(Win32TaskSchedulerTest, RemovalDeletesTheTaskAndAnAbsentOneIsNoFailure) {
-  Win32TaskScheduler scheduler;
-  {
-    std::unique_ptr<ITaskSchedulerSession> session = scheduler.Open();
-    TaskDefinition definition = Notifier();
-    for (TaskStep step : kStepsWineKeeps) {
-      int32_t answer = 0;
-      session->Run(step, definition, answer);
-    }
-  }
-  ASSERT_TRUE(folder_.Find());
+  // An absent task is no failure either.
   EXPECT_TRUE(NotifierTask::RemoveNotifierTask(*host_, Win32Platform()));
   EXPECT_FALSE(folder_.Find());
   EXPECT_TRUE(NotifierTask::RemoveNotifierTask(*host_, Win32Platform()));

@@ -27,11 +27,7 @@ std::string Utf8(const std::wstring& text) {
   return MString(std::u16string_view(reinterpret_cast<const char16_t*>(text.data()), text.size())).ToUtf8();
 }
 
-std::wstring Folder(int csidl) {
-  wchar_t buffer[MAX_PATH];
-  if (FAILED(SHGetFolderPathW(nullptr, csidl, nullptr, SHGFP_TYPE_CURRENT, buffer))) return L"";
-  return buffer;
-}
+using WineTest::Folder;
 
 class WindowsFileManagerOverWin32 : public ::testing::Test {
  protected:

@@ -2,9 +2,13 @@
 
 #include <shlobj.h>
 
+#include <cstring>
+
 #include "broker/BrokerRegistration.h"
 #include "engine/win32/ScopedHandle.h"
 #include "engine/win32/ScopedRegKey.h"
+#include "engine/win32/WideText.h"
+#include "engine/win32/Win32Platform.h"
 #include "engine/win32/Win32Registry.h"
 
 namespace SASM::WineTest {
@@ -30,21 +34,108 @@ std::wstring WindowsDirectory() {
   return std::wstring(buffer, n);
 }
 
-std::wstring RoamingFolder() {
+std::wstring Folder(int csidl) {
   wchar_t buffer[MAX_PATH];
-  if (FAILED(SHGetFolderPathW(nullptr, CSIDL_APPDATA, nullptr, SHGFP_TYPE_CURRENT, buffer))) return L"";
-  return buffer;
+  if (FAILED(SHGetFolderPathW(nullptr, csidl, nullptr, SHGFP_TYPE_CURRENT, buffer))) return L"";
+  std::wstring path = buffer;
+  if (!path.empty() && path.back() == L'\\') path.pop_back();
+  return path;
+}
+
+std::wstring RoamingFolder() { return Folder(CSIDL_APPDATA); }
+
+std::wstring TestDirectory(const wchar_t* name) {
+  wchar_t temp[MAX_PATH];
+  DWORD n = GetTempPathW(MAX_PATH, temp);
+  return std::wstring(temp, n) + L"LumenUtilTests\\" + name;
+}
+
+std::wstring Lower(std::wstring text) {
+  CharLowerBuffW(text.data(), static_cast<DWORD>(text.size()));
+  return text;
+}
+
+std::wstring ModuleFile(HMODULE module) {
+  wchar_t buffer[MAX_PATH];
+  DWORD n = GetModuleFileNameW(module, buffer, MAX_PATH);
+  return std::wstring(buffer, n);
 }
 
 bool FileExists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
 
 std::string ReadAll(const std::wstring& path) {
-  ScopedHandle file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
-  if (!file) return "";
-  char buffer[4096];
-  DWORD got = 0;
-  if (!ReadFile(file.get(), buffer, sizeof(buffer), &got, nullptr)) return "";
-  return std::string(buffer, got);
+  ScopedHandle file(
+      CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
+  std::string bytes(file ? GetFileSize(file.get(), nullptr) : 0, '\0');
+  DWORD read = 0;
+  if (!bytes.empty()) ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr);
+  bytes.resize(read);
+  return bytes;
+}
+
+std::string PeImage(size_t size) {
+  std::string bytes(size, '\x90');
+  bytes.replace(0, 2, "MZ");
+  bytes.replace(60, 4, std::string("\x80\0\0\0", 4));
+  bytes.replace(0x80, 4, std::string("PE\0\0", 4));
+  return bytes;
+}
+
+ScopedSafeArray ByteArray(std::string_view bytes, LONG lowerBound) {
+  SAFEARRAYBOUND bound{static_cast<ULONG>(bytes.size()), lowerBound};
+  ScopedSafeArray array(SafeArrayCreate(VT_UI1, 1, &bound));
+  void* data = nullptr;
+  if (array && SUCCEEDED(SafeArrayAccessData(array.get(), &data))) {
+    if (!bytes.empty()) std::memcpy(data, bytes.data(), bytes.size());
+    SafeArrayUnaccessData(array.get());
+  }
+  return array;
+}
+
+std::string BytesOf(SAFEARRAY* array) {
+  void* data = nullptr;
+  if (!array || FAILED(SafeArrayAccessData(array, &data))) return {};
+  std::string bytes(static_cast<const char*>(data), array->rgsabound[0].cElements);
+  SafeArrayUnaccessData(array);
+  return bytes;
+}
+
+DWORD RunToEnd(std::wstring commandLine, DWORD timeoutMs, HANDLE out, HANDLE err) {
+  STARTUPINFOW startup{};
+  startup.cb = sizeof(startup);
+  if (out || err) {
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdOutput = out;
+    startup.hStdError = err;
+  }
+  PROCESS_INFORMATION info{};
+  if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, out || err, 0, nullptr, nullptr, &startup,
+                      &info))
+    return 0xFFFFFFFF;
+  ScopedHandle process(info.hProcess), thread(info.hThread);
+  DWORD code = 0xFFFFFFFF;
+  if (WaitForSingleObject(process.get(), timeoutMs) == WAIT_OBJECT_0) GetExitCodeProcess(process.get(), &code);
+  return code;
+}
+
+DWORD UserDword(const wchar_t* key, const wchar_t* name) {
+  DWORD value = 0, size = sizeof(value);
+  if (RegGetValueW(HKEY_CURRENT_USER, key, name, RRF_RT_REG_DWORD, nullptr, &value, &size) != ERROR_SUCCESS) return 0;
+  return value;
+}
+
+std::vector<std::string> Reports(ReferenceHost& host, size_t first) {
+  std::vector<std::string> lines;
+  const auto& entries = host.Log().Entries();
+  for (size_t i = first; i < entries.size(); ++i)
+    lines.push_back(std::to_string(entries[i].code) + " " + std::to_string(entries[i].severity) + " " +
+                    entries[i].text.ToUtf8());
+  return lines;
+}
+
+HostedShim::HostedShim(const std::u16string& settings, HostOptions options)
+    : host(options, MString(std::u16string_view(settings))), shim(StartShim(&host, Win32Platform())) {
+  host.shim = shim.get();
 }
 
 bool KeyExists(const std::wstring& path) {

@@ -3,8 +3,14 @@
 // tree that cleans itself up, and the machine hive as the product leaves it.
 #include "engine/win32/WindowsApi.h"
 
+#include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include "engine/LumenBrokerShim.h"
+#include "engine/win32/ScopedSafeArray.h"
+#include "host/ReferenceHost.h"
 
 namespace SASM::WineTest {
 
@@ -16,9 +22,41 @@ std::wstring SystemDirectory();
 std::wstring WindowsDirectory();
 std::wstring RoamingFolder();
 
+// A folder of the shell, without a trailing separator; empty when it has none.
+std::wstring Folder(int csidl);
+// temp\LumenUtilTests\name: where a test makes its files.
+std::wstring TestDirectory(const wchar_t* name);
+std::wstring Lower(std::wstring text);
+std::wstring ModuleFile(HMODULE module);
+
 bool FileExists(const std::wstring& path);
-// The first 4 KiB of a file; empty when it can't be read.
+// The whole file, shared with writers; empty when it can't be read.
 std::string ReadAll(const std::wstring& path);
+// A small Portable Executable image: "MZ", the header's offset at 60, "PE\0\0" there.
+std::string PeImage(size_t size = 0x400);
+
+// A one-dimensional byte array holding bytes, and the bytes of one.
+ScopedSafeArray ByteArray(std::string_view bytes, LONG lowerBound = 0);
+std::string BytesOf(SAFEARRAY* array);
+
+// Runs a command line to its end (or the timeout) and gives its exit code, or
+// 0xFFFFFFFF when it can't start; out and err, when given, are inherited as its
+// standard output and error.
+DWORD RunToEnd(std::wstring commandLine, DWORD timeoutMs = 30000, HANDLE out = nullptr, HANDLE err = nullptr);
+
+// A DWORD value of the current user's hive; 0 when absent.
+DWORD UserDword(const wchar_t* key, const wchar_t* name);
+
+// "code severity text" for each report of the host's log, from the first'th on.
+std::vector<std::string> Reports(ReferenceHost& host, size_t first = 0);
+
+// A reference host and the shim the real platform starts for it.
+struct HostedShim {
+  explicit HostedShim(const std::u16string& settings = u"", HostOptions options = {});
+  ~HostedShim() { host.shim = nullptr; }
+  ReferenceHost host;
+  std::unique_ptr<LumenBrokerShim> shim;
+};
 
 // Keys of the machine hive in the 64-bit view.
 bool KeyExists(const std::wstring& path);
