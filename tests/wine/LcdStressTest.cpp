@@ -66,8 +66,14 @@ class StressChild {
     startup.hStdOutput = write.get();
     startup.hStdError = write.get();
     PROCESS_INFORMATION info{};
-    if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &info))
-      return false;
+    // Wine, busy with the other participants, now and then fails a start with an internal error.
+    bool started = false;
+    for (int attempt = 0; attempt < 3 && !started; ++attempt) {
+      if (attempt > 0) Sleep(100);
+      started = CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
+                               &info) != FALSE;
+    }
+    if (!started) return false;
     process_.reset(info.hProcess);
     ScopedHandle thread(info.hThread);
     return true;
