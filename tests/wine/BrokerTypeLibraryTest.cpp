@@ -320,7 +320,9 @@ TEST_F(BrokerTypeLibrary, NamesResolveThroughADispatchViewUpToItsGeneration) {
     EXPECT_EQ(view->GetIDsOfNames(const_cast<OLECHAR**>(row.names.data()), static_cast<UINT>(ids.size()), ids.data()),
               row.result)
         << row.names[0];
-    if (row.result == S_OK) EXPECT_EQ(ids, row.ids) << row.names[0];
+    if (row.result == S_OK) {
+      EXPECT_EQ(ids, row.ids) << row.names[0];
+    }
   }
 }
 
