@@ -3,8 +3,6 @@
 #include <shlobj.h>
 #include <tlhelp32.h>
 
-#include <algorithm>
-
 #include "engine/win32/BrokerActivation.h"
 #include "engine/win32/ScopedHandle.h"
 
@@ -62,22 +60,6 @@ std::wstring BenchBrokerSession::BinaryDirectory() {
   DWORD n = GetModuleFileNameW(nullptr, buffer, MAX_PATH);
   std::wstring path(buffer, n);
   return path.substr(0, path.find_last_of(L'\\'));
-}
-
-double BenchBrokerSession::Seconds() {
-  static LARGE_INTEGER frequency = [] {
-    LARGE_INTEGER value;
-    QueryPerformanceFrequency(&value);
-    return value;
-  }();
-  LARGE_INTEGER now;
-  QueryPerformanceCounter(&now);
-  return static_cast<double>(now.QuadPart) / static_cast<double>(frequency.QuadPart);
-}
-
-double BenchBrokerSession::Median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
 }
 
 }  // namespace SASM

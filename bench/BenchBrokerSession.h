@@ -2,8 +2,8 @@
 // What every broker benchmark needs around its measurements: the server
 // registered for the reference host beside the benchmark, with the test proxy
 // that marshals the interface's newer generations under Wine; activation; a
-// check that no server outlives the run; a directory the broker may write
-// to; and timing.
+// check that no server outlives the run; and a directory the broker may
+// write to.
 #include "engine/win32/WindowsApi.h"
 
 #include "LumenBroker_h.h"
@@ -34,9 +34,6 @@ class BenchBrokerSession {
   static bool ServersEnded();
 
   static std::wstring BinaryDirectory();
-  // A steady clock in seconds.
-  static double Seconds();
-  static double Median(std::vector<double> values);
 
  private:
   struct ServerRegistration {

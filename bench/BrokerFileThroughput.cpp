@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "bench/BenchBrokerSession.h"
+#include "bench/BenchClock.h"
 #include "engine/win32/ComPtr.h"
 #include "engine/win32/ScopedBstr.h"
 #include "engine/win32/ScopedHandle.h"
@@ -46,16 +47,16 @@ bool BrokerRound(ILumenBroker6& broker, const std::wstring& path, const std::vec
   std::memcpy(data, content.data(), kSlice);
   SafeArrayUnaccessData(slice.get());
 
-  double start = Session::Seconds();
+  double start = BenchClock::Seconds();
   if (FAILED(broker.BrokerCreateFile(name.get(), 0, 1, &cookie))) return false;
   for (size_t at = 0; at < content.size(); at += kSlice) {
     ULONG written = 0;
     if (FAILED(broker.BrokerWriteFile(cookie, slice.get(), &written)) || written != kSlice) return false;
   }
   broker.BrokerCloseHandle(cookie);
-  rates.write = static_cast<double>(content.size()) / (Session::Seconds() - start);
+  rates.write = static_cast<double>(content.size()) / (BenchClock::Seconds() - start);
 
-  start = Session::Seconds();
+  start = BenchClock::Seconds();
   if (FAILED(broker.BrokerCreateFile(name.get(), 1, 0, &cookie))) return false;
   size_t total = 0;
   for (;;) {
@@ -66,14 +67,14 @@ bool BrokerRound(ILumenBroker6& broker, const std::wstring& path, const std::vec
     total += read;
   }
   broker.BrokerCloseHandle(cookie);
-  rates.read = static_cast<double>(content.size()) / (Session::Seconds() - start);
+  rates.read = static_cast<double>(content.size()) / (BenchClock::Seconds() - start);
   return total == content.size();
 }
 
 // The same round with the file functions of this process.
 bool ReferenceRound(const std::wstring& path, const std::vector<uint8_t>& content, Rates& rates) {
   std::vector<uint8_t> buffer(kSlice);
-  double start = Session::Seconds();
+  double start = BenchClock::Seconds();
   {
     ScopedHandle file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
                                   FILE_FLAG_RANDOM_ACCESS, nullptr));
@@ -83,9 +84,9 @@ bool ReferenceRound(const std::wstring& path, const std::vector<uint8_t>& conten
       if (!WriteFile(file.get(), content.data(), kSlice, &written, nullptr) || written != kSlice) return false;
     }
   }
-  rates.write = static_cast<double>(content.size()) / (Session::Seconds() - start);
+  rates.write = static_cast<double>(content.size()) / (BenchClock::Seconds() - start);
 
-  start = Session::Seconds();
+  start = BenchClock::Seconds();
   size_t total = 0;
   {
     ScopedHandle file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
@@ -98,7 +99,7 @@ bool ReferenceRound(const std::wstring& path, const std::vector<uint8_t>& conten
       total += read;
     }
   }
-  rates.read = static_cast<double>(content.size()) / (Session::Seconds() - start);
+  rates.read = static_cast<double>(content.size()) / (BenchClock::Seconds() - start);
   return total == content.size();
 }
 
@@ -146,11 +147,11 @@ int Run(size_t mebibytes, int rounds) {
   std::printf("%zu MiB per round in %lu KiB slices, median of %d rounds\n", mebibytes,
               static_cast<unsigned long>(kSlice / 1024), rounds);
   std::printf("  write  broker %8.1f MB/s   in-process %8.1f MB/s   ratio %.4f\n",
-              Session::Median(brokerWrite) / kMegabyte, Session::Median(referenceWrite) / kMegabyte,
-              Session::Median(brokerWrite) / Session::Median(referenceWrite));
+              BenchClock::Median(brokerWrite) / kMegabyte, BenchClock::Median(referenceWrite) / kMegabyte,
+              BenchClock::Median(brokerWrite) / BenchClock::Median(referenceWrite));
   std::printf("  read   broker %8.1f MB/s   in-process %8.1f MB/s   ratio %.4f\n",
-              Session::Median(brokerRead) / kMegabyte, Session::Median(referenceRead) / kMegabyte,
-              Session::Median(brokerRead) / Session::Median(referenceRead));
+              BenchClock::Median(brokerRead) / kMegabyte, BenchClock::Median(referenceRead) / kMegabyte,
+              BenchClock::Median(brokerRead) / BenchClock::Median(referenceRead));
   if (!ended) std::fprintf(stderr, "a server was still running at the end\n");
   return ended ? 0 : 1;
 }

@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "bench/BenchBrokerSession.h"
+#include "bench/BenchClock.h"
 #include "broker/BrokerPathPolicy.h"
 #include "broker/win32/Win32PathPlatform.h"
 #include "engine/win32/ComPtr.h"
@@ -39,11 +40,11 @@ struct Subject {
 // Calls per second of one call made count times; false when an answer is not the expected one.
 template <typename Call>
 bool Rate(int count, Call call, double& rate) {
-  const double start = Session::Seconds();
+  const double start = BenchClock::Seconds();
   for (int i = 0; i < count; ++i) {
     if (!call()) return false;
   }
-  rate = count / (Session::Seconds() - start);
+  rate = count / (BenchClock::Seconds() - start);
   return true;
 }
 
@@ -113,7 +114,7 @@ int Run(int calls, int rounds) {
   }
 
   constexpr double kMicro = 1e6;
-  const double referenceRate = Session::Median(reference);
+  const double referenceRate = BenchClock::Median(reference);
   std::printf(
       "BrokerIsWritablePath through COM against IsWritableDataPath in this process,\n"
       "median of %d rounds of %d calls each\n",
@@ -121,7 +122,7 @@ int Run(int calls, int rounds) {
   std::printf("  reference: BrokerSaveDialog round trip %9.0f calls/s %9.2f us\n", referenceRate,
               kMicro / referenceRate);
   for (size_t s = 0; s < subjects.size(); ++s) {
-    const double broker = Session::Median(viaBroker[s]), local = Session::Median(inProcess[s]);
+    const double broker = BenchClock::Median(viaBroker[s]), local = BenchClock::Median(inProcess[s]);
     std::printf("  %s %ls\n", subjects[s].label, subjects[s].path.c_str());
     std::printf("    broker     %9.0f calls/s %9.2f us   ratio to reference %.4f\n", broker, kMicro / broker,
                 broker / referenceRate);

@@ -18,13 +18,13 @@
 //   $WINE lumen_lcd_bench.exe [rounds] [round trips per round]
 #include "engine/win32/WindowsApi.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
 
+#include "bench/BenchClock.h"
 #include "connections/win32/Win32LcdAccessor.h"
 #include "engine/win32/ScopedHandle.h"
 
@@ -51,22 +51,6 @@ std::string Stem(DWORD mainProcess) { return "lumen-bench-" + std::to_string(mai
 std::string MainName(DWORD mainProcess) { return Stem(mainProcess) + "-main"; }
 std::string EchoName(DWORD mainProcess) { return Stem(mainProcess) + "-echo"; }
 std::string BurstEventName(DWORD mainProcess) { return Stem(mainProcess) + "-burst"; }
-
-double Seconds() {
-  static LARGE_INTEGER frequency = [] {
-    LARGE_INTEGER value;
-    QueryPerformanceFrequency(&value);
-    return value;
-  }();
-  LARGE_INTEGER now;
-  QueryPerformanceCounter(&now);
-  return static_cast<double>(now.QuadPart) / static_cast<double>(frequency.QuadPart);
-}
-
-double Median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
-}
 
 // A target header in the two-byte form, then the payload.
 std::vector<uint8_t> Message(const std::string& target, const uint8_t* payload, size_t size) {
@@ -236,12 +220,12 @@ class EchoProcess {
 };
 
 double LockPairSeconds(ILcdAccessor& lcd) {
-  const double start = Seconds();
+  const double start = BenchClock::Seconds();
   for (int i = 0; i < kPairsPerRound; ++i) {
     lcd.Lock();
     lcd.Unlock();
   }
-  return (Seconds() - start) / kPairsPerRound;
+  return (BenchClock::Seconds() - start) / kPairsPerRound;
 }
 
 // One burst of round trips; the first wakes the echo and is not timed. Negative on failure.
@@ -252,20 +236,20 @@ double RoundTripSeconds(ILcdAccessor& lcd, EchoProcess& echo, HANDLE burst, int 
   std::vector<uint8_t> reply;
   SetEvent(burst);
   if (!Post(lcd, message) || !Take(lcd, name, &reply)) return -1;
-  const double start = Seconds();
+  const double start = BenchClock::Seconds();
   for (int i = 0; i < trips; ++i) {
     if (!Post(lcd, message) || !Take(lcd, name, &reply) || reply.size() != kPayload) return -1;
   }
-  const double elapsed = (Seconds() - start) / trips;
+  const double elapsed = (BenchClock::Seconds() - start) / trips;
   return echo.Rest() ? elapsed : -1;
 }
 
 double FindSeconds(ILcdAccessor& lcd, const std::string& name, int32_t expected) {
-  const double start = Seconds();
+  const double start = BenchClock::Seconds();
   for (int i = 0; i < kFindsPerRound; ++i) {
     if (lcd.FindConnectionFormat(name.c_str(), kRealm) != expected) return -1;
   }
-  return (Seconds() - start) / kFindsPerRound;
+  return (BenchClock::Seconds() - start) / kFindsPerRound;
 }
 
 int Fail(const char* why) {
@@ -319,16 +303,16 @@ int Run(int rounds, int trips) {
   }
   if (own.RemoveAll() != 1) return Fail("this process's name was gone");
 
-  const double reference = Median(pair);
+  const double reference = BenchClock::Median(pair);
   std::printf("Connection directory, median of %d rounds (%d pairs, %d round trips, %d lookups per round)\n", rounds,
               kPairsPerRound, trips, kFindsPerRound);
   const auto line = [reference](const std::string& what, double seconds) {
     std::printf("  %-42s %9.2f us   ratio %7.2f\n", what.c_str(), seconds * 1e6, seconds / reference);
   };
   line("Lock/Unlock pair (the reference)", reference);
-  line("round trip, " + std::to_string(kPayload) + "-byte payload", Median(trip));
-  line("FindConnectionFormat, last of " + std::to_string(filled), Median(findLast));
-  line("FindConnectionFormat, absent, " + std::to_string(filled) + " listed", Median(findAbsent));
+  line("round trip, " + std::to_string(kPayload) + "-byte payload", BenchClock::Median(trip));
+  line("FindConnectionFormat, last of " + std::to_string(filled), BenchClock::Median(findLast));
+  line("FindConnectionFormat, absent, " + std::to_string(filled) + " listed", BenchClock::Median(findAbsent));
   return 0;
 }
 

@@ -271,47 +271,54 @@ TaskDefinition NotifierTask::Definition() {
   return definition;
 }
 
-bool NotifierTask::CreateWithTaskService() {
-  if (!platform_.scheduler) return false;
-  ITaskScheduler& scheduler = *platform_.scheduler;
-  std::unique_ptr<ITaskSchedulerSession> session = scheduler.Open();
-  if (!session) return false;
-  TaskDefinition definition = Definition();
-  StepWalker walker(*host, scheduler, *session, definition);
-  if (!walker.Walk(kServiceOpening)) return false;
-  if (walker.Succeeds(TaskStep::FindTask)) {
-    if (!walker.Walk(kExistingTask) || !walker.Walk(kNewTaskAction) || !walker.Walk(kRegisterExisting))
-      return false;
-    Reporter::Report(*host, Severity::kInfo, ErrorCode::kTaskRefreshed);
-    return true;
-  }
-  if (!walker.Walk(kNewTask) || !walker.Walk(kNewTaskAction) || !walker.Walk(kRegisterNew)) return false;
-  Reporter::Report(*host, Severity::kInfo, ErrorCode::kTaskCreated);
-  return true;
-}
+namespace {
 
-bool NotifierTask::CreateWithOlderScheduler() {
+// One scheduler's road: open it, look for the entry, then refresh the entry or make it.
+struct CreationRoad {
+  std::span<const StepRow> opening;
+  TaskStep find;
+  std::span<const StepRow> existing[3];  // unused places stay empty
+  std::span<const StepRow> fresh[3];
+  int32_t refreshed;
+  int32_t created;
+};
+
+const CreationRoad kTaskServiceRoad = {kServiceOpening,
+                                       TaskStep::FindTask,
+                                       {kExistingTask, kNewTaskAction, kRegisterExisting},
+                                       {kNewTask, kNewTaskAction, kRegisterNew},
+                                       ErrorCode::kTaskRefreshed,
+                                       ErrorCode::kTaskCreated};
+const CreationRoad kOlderSchedulerRoad = {kLegacyOpening,
+                                          TaskStep::ActivateWorkItem,
+                                          {kExistingWorkItem},
+                                          {kNewWorkItem},
+                                          ErrorCode::kWorkItemRefreshed,
+                                          ErrorCode::kWorkItemCreated};
+
+}  // namespace
+
+bool NotifierTask::Create() {
   if (!platform_.scheduler) return false;
   ITaskScheduler& scheduler = *platform_.scheduler;
   std::unique_ptr<ITaskSchedulerSession> session = scheduler.Open();
   if (!session) return false;
+  const CreationRoad& road = mode == kTaskService ? kTaskServiceRoad : kOlderSchedulerRoad;
   TaskDefinition definition = Definition();
   StepWalker walker(*host, scheduler, *session, definition);
-  if (!walker.Walk(kLegacyOpening)) return false;
-  if (walker.Succeeds(TaskStep::ActivateWorkItem)) {
-    if (!walker.Walk(kExistingWorkItem)) return false;
-    Reporter::Report(*host, Severity::kInfo, ErrorCode::kWorkItemRefreshed);
-    return true;
+  if (!walker.Walk(road.opening)) return false;
+  const bool existing = walker.Succeeds(road.find);
+  for (std::span<const StepRow> rows : existing ? road.existing : road.fresh) {
+    if (!walker.Walk(rows)) return false;
   }
-  if (!walker.Walk(kNewWorkItem)) return false;
-  Reporter::Report(*host, Severity::kInfo, ErrorCode::kWorkItemCreated);
+  Reporter::Report(*host, Severity::kInfo, existing ? road.refreshed : road.created);
   return true;
 }
 
 bool NotifierTask::CreateNotifierTask(const MString& commandPath, const MString& commandArguments,
                                       HostCallbacks& host, const Platform& platform) {
   NotifierTask task(commandPath, commandArguments, host, platform);
-  return task.mode == kTaskService ? task.CreateWithTaskService() : task.CreateWithOlderScheduler();
+  return task.Create();
 }
 
 bool NotifierTask::RemoveNotifierTask(HostCallbacks& host, const Platform& platform) {

@@ -37,8 +37,8 @@ class NotifierTask {
   // An absent task is no failure.
   static bool RemoveNotifierTask(HostCallbacks& host, const Platform& platform);
 
-  bool CreateWithTaskService();
-  bool CreateWithOlderScheduler();
+  // Opens the scheduler of `mode`, then refreshes the existing entry or makes a new one.
+  bool Create();
 
   MString commandPath;
   MString commandArguments;
