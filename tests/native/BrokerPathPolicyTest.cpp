@@ -96,16 +96,14 @@ TEST(BrokerPathPolicyRules, PathIsUnderRootOnlyAtASeparatorAndWithCase) {
   EXPECT_FALSE(BrokerPathPolicy::IsPathUnderRoot(u"C:\\", nullptr));
 }
 
-TEST(BrokerPathPolicyRules, AllowListHoldsTheTwentyFiveExtensionsInOrder) {
+TEST(BrokerPathPolicyRules, AllowListHoldsTheTwentyFiveExtensions) {
   const std::u16string expected[] = {u".TXT", u".SOR",  u".SOL", u".SSR", u".SSL", u".SXX", u".XML",
                                      u".AHD", u".DAT",  u".TWZ", u".HEU", u".TMP", u".S",   u".DIRECTORY",
                                      u".PNG", u".SSS",  u".GS",  u".MGD", u".LKG", u".LIC", u".VCH",
                                      u".DLL", u".META", u".ICO", u".JSON"};
   ASSERT_EQ(BrokerPathPolicy::kAllowedExtensions.size(), std::size(expected));
-  for (size_t i = 0; i < std::size(expected); ++i) {
-    EXPECT_EQ(BrokerPathPolicy::kAllowedExtensions[i], expected[i]);
-    EXPECT_TRUE(BrokerPathPolicy::HasAllowedExtension((u"C:\\D\\F" + expected[i]).c_str()));
-  }
+  for (const std::u16string& extension : expected)
+    EXPECT_TRUE(BrokerPathPolicy::HasAllowedExtension((u"C:\\D\\F" + extension).c_str()));
   for (const char16_t* path : {u"C:\\D\\F.EXE", u"C:\\D\\F.SOL.EXE", u"C:\\D\\F.sol", u"C:\\D\\F.SOLX", u"C:\\D\\F"}) {
     EXPECT_FALSE(BrokerPathPolicy::HasAllowedExtension(path)) << Text(std::u16string(path));
   }
@@ -253,14 +251,7 @@ TEST_F(BrokerPathPolicyTest, LinkOutOfARootIsJudgedByItsTarget) {
   EXPECT_TRUE(Writable(kPlayerData + u"\\x.sol"));
 }
 
-TEST_F(BrokerPathPolicyTest, LinkTargetIsNotSanitisedAgain) {
-  platform.AddSymbolicLink(kPlayerData + u"\\Upper", kVendorUpper);
-  platform.AddSymbolicLink(kPlayerData + u"\\Mixed", kVendor);
-  EXPECT_TRUE(Writable(kPlayerData + u"\\Upper\\x.sol"));
-  EXPECT_FALSE(Writable(kPlayerData + u"\\Mixed\\x.sol"));
-}
-
-TEST_F(BrokerPathPolicyTest, ChainsAndMountPointsAreFollowedIntoTheSettingsDirectory) {
+TEST_F(BrokerPathPolicyTest, ChainsAndMountPointsAreFollowedAndALinkTargetIsNotSanitisedAgain) {
   platform.AddSymbolicLink(kVendor + u"\\One", kPlayerDataUpper + u"\\TWO");
   platform.AddReparsePoint(
       kPlayerData + u"\\Two",
@@ -268,6 +259,11 @@ TEST_F(BrokerPathPolicyTest, ChainsAndMountPointsAreFollowedIntoTheSettingsDirec
                                     u"\\??\\" + kPlayerDataUpper + u"\\WWW.HALCYONICS.EXAMPLE", u""));
   EXPECT_FALSE(Writable(kVendor + u"\\One\\x.sol"));
   EXPECT_TRUE(Writable(kVendor + u"\\x.sol"));
+
+  platform.AddSymbolicLink(kPlayerData + u"\\Upper", kVendorUpper);
+  platform.AddSymbolicLink(kPlayerData + u"\\Mixed", kVendor);
+  EXPECT_TRUE(Writable(kPlayerData + u"\\Upper\\x.sol"));
+  EXPECT_FALSE(Writable(kPlayerData + u"\\Mixed\\x.sol"));
 }
 
 TEST_F(BrokerPathPolicyTest, CycleCountsAsNoLink) {
@@ -306,16 +302,13 @@ TEST_F(BrokerPathPolicyTest, ReparsePointWithoutAUsableNameIsNoLinkButAnUnopenab
   EXPECT_EQ(platform.OpenHandles(), 0u);
 }
 
-TEST_F(BrokerPathPolicyTest, ObjectManagerLinkIsReadUnderGlobalRoot) {
+TEST_F(BrokerPathPolicyTest, ObjectManagerLinksAreReadAndABareServerNameEndsTheWalkButAMissingShareRefuses) {
   platform.AddLinkObject(u"\\Device\\Lumen", u"\\??\\C:\\Outside");
   MString target;
   EXPECT_TRUE(policy.ResolveOneLink(u"\\\\?\\globalroot\\DEVICE\\LUMEN", target));
   EXPECT_EQ(Text(target), "C:\\Outside");
   EXPECT_EQ(platform.OpenHandles(), 0u);
-}
 
-TEST_F(BrokerPathPolicyTest, BareServerNameEndsTheWalkButAMissingShareRefuses) {
-  MString target;
   EXPECT_FALSE(policy.ResolveOneLink(u"\\\\SERVER\\SHARE\\X.SOL", target));
   platform.AddDirectory(u"\\\\SERVER\\SHARE");
   EXPECT_TRUE(policy.ResolveOneLink(u"\\\\SERVER\\SHARE\\X.SOL", target));

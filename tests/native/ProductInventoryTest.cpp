@@ -21,15 +21,8 @@ TEST_F(ProductInventoryTest, AnyOtherKindNamesTheBaseKey) {
 }
 
 TEST_F(ProductInventoryTest, InstalledVersionStatesAgainstThisBuildAndAMissingVersionIsReported) {
-  for (auto [version, state] : {std::pair{u"28.0.0.126", 2},
-                                {u"28.0.0.125", 1},
-                                {u"28.0.0.127", 3},
-                                {u"28.1.0.0", 3},
-                                {u"27.9.9.999", 1},
-                                {u"29", 3},
-                                {u"28.0.1.0", 3},
-                                {u"28", 1},
-                                {u"", 1}}) {
+  for (auto [version, state] : {std::pair{u"28.0.0.126", 2}, {u"28.0.0.125", 1}, {u"28.0.0.127", 3}, {u"28.1.0.0", 3},
+                                {u"27.9.9.999", 1}, {u"29", 3}, {u"28.0.1.0", 3}, {u"28", 1}, {u"", 1}}) {
     world_.registry.SetString(kMachine, u"Software\\Halcyonics\\LumenPlayerPlugin", u"Version", version);
     EXPECT_EQ(Inventory().CompareInstalledVersion(16), state) << MString(version).ToUtf8();
   }
