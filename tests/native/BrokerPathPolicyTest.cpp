@@ -194,7 +194,7 @@ TEST_F(BrokerPathPolicyTest, UncLongFormIsJudgedAsItsUncPath) {
   EXPECT_FALSE(sharePolicy.IsWritableDataPath(u"\\\\?\\UNC\\server\\other\\x.sol", false, nullptr));
 }
 
-TEST_F(BrokerPathPolicyTest, RootsComeFromTheRegistryWhenTheShellFails) {
+TEST_F(BrokerPathPolicyTest, RootsComeFromTheRegistryWhenTheShellFailsAndAreKeptForTheLifeOfThePolicy) {
   FakePathPlatform bare;
   bare.SetTempPath(kTemp + u"\\");
   bare.AddDirectory(kPlayerData);
@@ -204,9 +204,7 @@ TEST_F(BrokerPathPolicyTest, RootsComeFromTheRegistryWhenTheShellFails) {
   bare.SetUserString(u"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders", u"AppData",
                      kRoaming + u"/");
   EXPECT_TRUE(barePolicy.IsWritableDataPath((kPlayerData + u"\\x.sol").c_str(), true, nullptr));
-}
 
-TEST_F(BrokerPathPolicyTest, RootsAreKeptForTheLifeOfThePolicy) {
   EXPECT_TRUE(Writable(kPlayerData + u"\\x.sol"));
   platform.SetFolder(26, u"D:\\Profile");
   platform.AddDirectory(u"D:\\Profile\\Halcyonics\\Lumen Player");
@@ -214,7 +212,8 @@ TEST_F(BrokerPathPolicyTest, RootsAreKeptForTheLifeOfThePolicy) {
   EXPECT_FALSE(Writable(u"D:\\Profile\\Halcyonics\\Lumen Player\\x.sol"));
 }
 
-TEST_F(BrokerPathPolicyTest, SharedFlagFollowsThePathWhateverTheResult) {
+TEST_F(BrokerPathPolicyTest, SharedFlagFollowsThePathAndSharedObjectsIncludeHashFoldersOfTheSupportArea) {
+  EXPECT_FALSE(policy.IsSharedObjectsPath((kPlayerDataUpper + u"\\#SHAREDOBJECTS\\X").c_str()));  // no root yet
   bool shared = false;
   EXPECT_TRUE(policy.IsWritableDataPath((kPlayerData + u"\\#SharedObjects\\abc\\x.sol").c_str(), true, &shared));
   EXPECT_TRUE(shared);
@@ -222,11 +221,7 @@ TEST_F(BrokerPathPolicyTest, SharedFlagFollowsThePathWhateverTheResult) {
   EXPECT_TRUE(shared);
   EXPECT_TRUE(policy.IsWritableDataPath((kPlayerData + u"\\x.sol").c_str(), true, &shared));
   EXPECT_FALSE(shared);
-}
 
-TEST_F(BrokerPathPolicyTest, SharedObjectsIncludeHashFoldersOfTheSupportArea) {
-  EXPECT_FALSE(policy.IsSharedObjectsPath((kPlayerDataUpper + u"\\#SHAREDOBJECTS\\X").c_str()));  // no root yet
-  ASSERT_TRUE(Writable(kPlayerData + u"\\x.sol"));
   const std::u16string sys = kPlayerDataUpper + u"\\WWW.HALCYONICS.EXAMPLE\\SUPPORT\\LUMENPLAYER\\SYS";
   EXPECT_TRUE(policy.IsSharedObjectsPath((kPlayerDataUpper + u"\\#SHAREDOBJECTS\\X").c_str()));
   EXPECT_TRUE(policy.IsSharedObjectsPath((sys + u"\\#AB\\X.SOL").c_str()));
@@ -315,14 +310,12 @@ TEST_F(BrokerPathPolicyTest, ObjectManagerLinksAreReadAndABareServerNameEndsTheW
   EXPECT_TRUE(target.IsNull());
 }
 
-TEST_F(BrokerPathPolicyTest, ShortNameCannotSlipIntoTheSettingsDirectory) {
+TEST_F(BrokerPathPolicyTest, ShortNameCannotSlipIntoTheSettingsDirectoryAndTheLongFormKeepsTheDisksCase) {
   platform.AddShortName(kPlayerDataUpper + u"\\WWWHAL~1", kPlayerDataUpper + u"\\WWW.HALCYONICS.EXAMPLE");
   platform.AddShortName(u"C:\\USERS\\A\\APPDATA\\ROAMING\\HALCYO~1", u"C:\\USERS\\A\\APPDATA\\ROAMING\\HALCYONICS");
   EXPECT_FALSE(Writable(kPlayerData + u"\\WWWHAL~1\\x.sol"));
   EXPECT_TRUE(Writable(kRoaming + u"\\HALCYO~1\\Lumen Player\\x.sol"));
-}
 
-TEST_F(BrokerPathPolicyTest, LongFormIsJudgedInTheCaseTheFileSystemGives) {
   // The long form keeps the case on disk and isn't upper-cased again: a root name in mixed
   // case no longer matches, and neither does a settings directory stored in lower case.
   platform.AddShortName(u"C:\\USERS\\A\\APPDATA\\ROAMING\\HALCYO~1", u"C:\\USERS\\A\\APPDATA\\ROAMING\\Halcyonics");

@@ -60,7 +60,7 @@ TEST_F(DeferredFileOpenerTest, AFailedOpenIsStillMarkedButWithoutCreateFileNothi
   EXPECT_EQ(marks.Log().size(), 1u);
 }
 
-TEST_F(DeferredFileOpenerTest, AFileChosenForAnIdentityIsCreatedProtectedThenOpened) {
+TEST_F(DeferredFileOpenerTest, AFileChosenForAnIdentityIsCreatedProtectedThenOpenedUnlessItIsKept) {
   Choose(2, u"corp.example");
   uint64_t handle = opener.Open(record);
   EXPECT_TRUE(files.IsOpen(handle));
@@ -70,15 +70,15 @@ TEST_F(DeferredFileOpenerTest, AFileChosenForAnIdentityIsCreatedProtectedThenOpe
   EXPECT_EQ(files.Opens()[1].disposition, 3u);
   EXPECT_EQ(protection.Protected(),
             (std::vector<std::pair<std::u16string, std::u16string>>{{kChosen, u"corp.example"}}));
-}
 
-TEST_F(DeferredFileOpenerTest, AnExistingFileKeptByItsDispositionIsProtectedWithoutBeingCreated) {
+  // An existing file kept by its disposition is protected without being created.
+  files.CloseHandle(handle);
   files.AddFile(kChosen, "old");
   Choose(4, u"corp.example");
   opener.Open(record);
-  ASSERT_EQ(files.Opens().size(), 1u);
-  EXPECT_EQ(files.Opens()[0].disposition, 3u);
-  EXPECT_EQ(protection.Protected().size(), 1u);
+  ASSERT_EQ(files.Opens().size(), 3u);
+  EXPECT_EQ(files.Opens()[2].disposition, 3u);
+  EXPECT_EQ(protection.Protected().size(), 2u);
   EXPECT_EQ(files.Content(kChosen), "old");
 }
 

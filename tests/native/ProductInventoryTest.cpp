@@ -31,12 +31,20 @@ TEST_F(ProductInventoryTest, InstalledVersionStatesAgainstThisBuildAndAMissingVe
   EXPECT_EQ(world_.Reports(), Strings{"1036 1 Software\\Halcyonics\\LumenPlayerActiveX/Version 2"});
 }
 
-TEST_F(ProductInventoryTest, SafeVersionRefusesOnlyARevisionAboveThisBuild) {
+TEST_F(ProductInventoryTest, SafeVersionRefusesOnlyARevisionAboveThisBuildAndGoesWithTheProductKey) {
   EXPECT_TRUE(Inventory().IsSafeVersion()) << "an unreadable value allows the install";
   world_.registry.SetDword(kMachine, ProductInventory::kSafeVersionsKey, u"28.0", 126);
   EXPECT_TRUE(Inventory().IsSafeVersion());
   world_.registry.SetDword(kMachine, ProductInventory::kSafeVersionsKey, u"28.0", 127);
   EXPECT_FALSE(Inventory().IsSafeVersion());
+
+  world_.registry.SetString(kMachine, u"Software\\Halcyonics\\LumenPlayerPlugin\\Sub", u"v", u"x");
+  world_.registry.SetDword(kMachine, ProductInventory::kSafeVersionsKey, u"28.0", 1);
+  EXPECT_TRUE(Inventory().DeleteProductKey(16));
+  EXPECT_TRUE(Inventory().DeleteSafeVersions());
+  EXPECT_FALSE(world_.registry.KeyExists(kMachine, u"Software\\Halcyonics\\LumenPlayerPlugin"));
+  EXPECT_FALSE(Inventory().DeleteProductKey(16));
+  EXPECT_EQ(world_.Reports().back(), "1037 1 Software\\Halcyonics\\LumenPlayerPlugin/ 2");
 }
 
 TEST_F(ProductInventoryTest, ReleaseTypeIsDecidedByTheLastKindSet) {
@@ -115,16 +123,6 @@ TEST_F(ProductInventoryTest, CleanRegistryGoesOnAfterEachFailure) {
                 "1037 1 Software\\Halcyonics\\LumenPlayerPepperReleaseType/ 2",
                 "1037 1 SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Corva Lumen Player Pepper/ 2",
             }));
-}
-
-TEST_F(ProductInventoryTest, ProductAndSafeVersionKeysGoWithTheirSubkeys) {
-  world_.registry.SetString(kMachine, u"Software\\Halcyonics\\LumenPlayerPlugin\\Sub", u"v", u"x");
-  world_.registry.SetDword(kMachine, ProductInventory::kSafeVersionsKey, u"28.0", 1);
-  EXPECT_TRUE(Inventory().DeleteProductKey(16));
-  EXPECT_TRUE(Inventory().DeleteSafeVersions());
-  EXPECT_FALSE(world_.registry.KeyExists(kMachine, u"Software\\Halcyonics\\LumenPlayerPlugin"));
-  EXPECT_FALSE(Inventory().DeleteProductKey(16));
-  EXPECT_EQ(world_.Reports(), (Strings{"1037 1 Software\\Halcyonics\\LumenPlayerPlugin/ 2"}));
 }
 
 }  // namespace
