@@ -55,7 +55,7 @@ TEST_F(ControlRegistrationTest, FailedWriteStopsTheEntryAndANumbersReportHasNoBl
   world_.registry.FailValue(kMachine, kEntryKey, u"Publisher", 5);
   EXPECT_FALSE(Registration().WriteUninstallEntry(8, MString(u"C:\\u.exe")));
   EXPECT_EQ(WrittenNames(world_.registry), (Strings{"DisplayName", "Publisher"}));
-  const std::string entry = "1035 1 SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Corva Lumen Player ActiveX/";
+  const std::string entry = "1035 1 " + MString(kEntryKey).ToUtf8() + "/";
   EXPECT_EQ(world_.Reports(), (Strings{entry + "Publisher 5"}));
 
   TestWorld numbers({}, kSettings);

@@ -103,16 +103,3 @@ TEST_F(DeferredFileOpenerTest, NoProtectionWithoutAServerIdentityOrForReading) {
   EXPECT_NE(opener.Open(record), kNone);
   EXPECT_TRUE(protection.Protected().empty());
 }
-
-TEST_F(DeferredFileOpenerTest, TheCookieTableOpensThroughItOnFirstUse) {
-  auto open = std::make_unique<DeferredOpen>();
-  open->desiredAccess = 0x40000000;
-  open->creationDisposition = 2;
-  uint32_t cookie = 0;
-  ASSERT_TRUE(cookies.AddFileCookie(0, cookie, false, kChosen.c_str(), std::move(open)));
-  uint64_t handle = 0;
-  EXPECT_NE(cookies.ResolveFileHandle(cookie, handle, false), nullptr);
-  EXPECT_TRUE(files.IsOpen(handle));
-  EXPECT_EQ(cookies.FindCookie(cookie)->handle, handle);
-  EXPECT_TRUE(files.Exists(kChosen));
-}
