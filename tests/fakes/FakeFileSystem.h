@@ -29,7 +29,6 @@ class FakeFileSystem : public IFileSystem {
   void FailPath(std::u16string_view path, int32_t error) { failures_[Key(path)] = error; }
   void Lock(std::u16string_view path) { FailPath(path, FileError::kSharingViolation); }
   void Deny(std::u16string_view path) { FailPath(path, FileError::kAccessDenied); }
-  void Hide(std::u16string_view path) { FailPath(path, FileError::kFileNotFound); }
   void SetTempPath(std::u16string path) { tempPath_ = std::move(path); }
   // Entries are written at time 0 unless told otherwise.
   void SetLastWriteTime(std::u16string_view path, uint64_t fileTime) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "broker/InternetMarkPlatform.h"
+#include "engine/MString.h"
 
 namespace SASM {
 
@@ -41,7 +42,10 @@ class FakeInternetMarkPlatform : public InternetMarkPlatform {
   void ReleaseAttachmentServices() override { log_.push_back("Release"); }
 
  private:
-  int32_t Add(const char* step, const char16_t* text);
+  int32_t Add(const char* step, const char16_t* text) {
+    log_.push_back(std::string(step) + " " + (text ? MString(text).ToUtf8() : std::string("<null>")));
+    return 0;
+  }
 
   int32_t initializeResult_ = 0;
   int32_t createResult_ = 0;

@@ -38,7 +38,14 @@ class FakeProcessLauncher : public IProcessLauncher {
   const std::vector<ShellRun>& ShellRuns() const { return shellRuns_; }
 
   int32_t RunAndWait(std::u16string_view commandLine, uint32_t creationFlags, uint32_t timeoutMs,
-                     uint32_t& exitCode) override;
+                     uint32_t& exitCode) override {
+    std::u16string line(commandLine);
+    runs_.push_back({line, creationFlags, timeoutMs});
+    if (auto failure = startFailures_.find(line); failure != startFailures_.end()) return failure->second;
+    auto code = exitCodes_.find(line);
+    exitCode = code == exitCodes_.end() ? 0 : code->second;
+    return 0;
+  }
   bool ShellExecuteAndWait(std::u16string_view file, std::u16string_view parameters) override {
     shellRuns_.push_back({std::u16string(file), std::u16string(parameters)});
     return true;

@@ -41,16 +41,15 @@ TEST_F(BrokerFileProtectionInfoTest, AMissingFileIsNotProtectedAndStartsNoWorker
   EXPECT_TRUE(platform.QueriedPaths().empty());
 }
 
-TEST_F(BrokerFileProtectionInfoTest, AProtectedFileGivesItsIdentity) {
+TEST_F(BrokerFileProtectionInfoTest, AProtectedFileGivesItsIdentityAndUnprotectedOrFailedQueriesLeaveItOpen) {
   platform.SetAnswer(kFile, Answer::kProtected, u"corp.example");
   BrokerFileProtectionInfo info(platform, kFile.c_str());
   EXPECT_TRUE(info.IsProtected());
   EXPECT_EQ(info.Status(), BrokerFileProtectionInfo::kFoundProtected);
   EXPECT_EQ(IdentityOf(info), u"corp.example");
   EXPECT_NE(SASM::CurrentTask(), nullptr);
-}
 
-TEST_F(BrokerFileProtectionInfoTest, UnprotectedAndFailedQueriesBothLeaveTheFileOpen) {
+  platform.SetAnswer(kFile, Answer::kNotProtected);
   BrokerFileProtectionInfo unprotected(platform, kFile.c_str());
   EXPECT_FALSE(unprotected.IsProtected());
   EXPECT_EQ(unprotected.Status(), BrokerFileProtectionInfo::kFailed);
@@ -59,7 +58,7 @@ TEST_F(BrokerFileProtectionInfoTest, UnprotectedAndFailedQueriesBothLeaveTheFile
   BrokerFileProtectionInfo failed(platform, kFile.c_str());
   EXPECT_FALSE(failed.IsProtected());
   EXPECT_EQ(failed.Status(), BrokerFileProtectionInfo::kFailed);
-  EXPECT_EQ(platform.QueriedPaths().size(), 2u);
+  EXPECT_EQ(platform.QueriedPaths().size(), 3u);
 }
 
 TEST_F(BrokerFileProtectionInfoTest, ProtectionToOtherUsersEnterprisesAndIdentitiesCounts) {

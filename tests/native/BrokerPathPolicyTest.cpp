@@ -96,16 +96,14 @@ TEST(BrokerPathPolicyRules, PathIsUnderRootOnlyAtASeparatorAndWithCase) {
   EXPECT_FALSE(BrokerPathPolicy::IsPathUnderRoot(u"C:\\", nullptr));
 }
 
-TEST(BrokerPathPolicyRules, AllowListHoldsTheTwentyFiveExtensionsInOrder) {
+TEST(BrokerPathPolicyRules, AllowListHoldsTheTwentyFiveExtensions) {
   const std::u16string expected[] = {u".TXT", u".SOR",  u".SOL", u".SSR", u".SSL", u".SXX", u".XML",
                                      u".AHD", u".DAT",  u".TWZ", u".HEU", u".TMP", u".S",   u".DIRECTORY",
                                      u".PNG", u".SSS",  u".GS",  u".MGD", u".LKG", u".LIC", u".VCH",
                                      u".DLL", u".META", u".ICO", u".JSON"};
   ASSERT_EQ(BrokerPathPolicy::kAllowedExtensions.size(), std::size(expected));
-  for (size_t i = 0; i < std::size(expected); ++i) {
-    EXPECT_EQ(BrokerPathPolicy::kAllowedExtensions[i], expected[i]);
-    EXPECT_TRUE(BrokerPathPolicy::HasAllowedExtension((u"C:\\D\\F" + expected[i]).c_str()));
-  }
+  for (const std::u16string& extension : expected)
+    EXPECT_TRUE(BrokerPathPolicy::HasAllowedExtension((u"C:\\D\\F" + extension).c_str()));
   for (const char16_t* path : {u"C:\\D\\F.EXE", u"C:\\D\\F.SOL.EXE", u"C:\\D\\F.sol", u"C:\\D\\F.SOLX", u"C:\\D\\F"}) {
     EXPECT_FALSE(BrokerPathPolicy::HasAllowedExtension(path)) << Text(std::u16string(path));
   }
@@ -196,7 +194,7 @@ TEST_F(BrokerPathPolicyTest, UncLongFormIsJudgedAsItsUncPath) {
   EXPECT_FALSE(sharePolicy.IsWritableDataPath(u"\\\\?\\UNC\\server\\other\\x.sol", false, nullptr));
 }
 
-TEST_F(BrokerPathPolicyTest, RootsComeFromTheRegistryWhenTheShellFails) {
+TEST_F(BrokerPathPolicyTest, RootsComeFromTheRegistryWhenTheShellFailsAndAreKeptForTheLifeOfThePolicy) {
   FakePathPlatform bare;
   bare.SetTempPath(kTemp + u"\\");
   bare.AddDirectory(kPlayerData);
@@ -206,9 +204,7 @@ TEST_F(BrokerPathPolicyTest, RootsComeFromTheRegistryWhenTheShellFails) {
   bare.SetUserString(u"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders", u"AppData",
                      kRoaming + u"/");
   EXPECT_TRUE(barePolicy.IsWritableDataPath((kPlayerData + u"\\x.sol").c_str(), true, nullptr));
-}
 
-TEST_F(BrokerPathPolicyTest, RootsAreKeptForTheLifeOfThePolicy) {
   EXPECT_TRUE(Writable(kPlayerData + u"\\x.sol"));
   platform.SetFolder(26, u"D:\\Profile");
   platform.AddDirectory(u"D:\\Profile\\Halcyonics\\Lumen Player");
@@ -216,7 +212,8 @@ TEST_F(BrokerPathPolicyTest, RootsAreKeptForTheLifeOfThePolicy) {
   EXPECT_FALSE(Writable(u"D:\\Profile\\Halcyonics\\Lumen Player\\x.sol"));
 }
 
-TEST_F(BrokerPathPolicyTest, SharedFlagFollowsThePathWhateverTheResult) {
+TEST_F(BrokerPathPolicyTest, SharedFlagFollowsThePathAndSharedObjectsIncludeHashFoldersOfTheSupportArea) {
+  EXPECT_FALSE(policy.IsSharedObjectsPath((kPlayerDataUpper + u"\\#SHAREDOBJECTS\\X").c_str()));  // no root yet
   bool shared = false;
   EXPECT_TRUE(policy.IsWritableDataPath((kPlayerData + u"\\#SharedObjects\\abc\\x.sol").c_str(), true, &shared));
   EXPECT_TRUE(shared);
@@ -224,11 +221,7 @@ TEST_F(BrokerPathPolicyTest, SharedFlagFollowsThePathWhateverTheResult) {
   EXPECT_TRUE(shared);
   EXPECT_TRUE(policy.IsWritableDataPath((kPlayerData + u"\\x.sol").c_str(), true, &shared));
   EXPECT_FALSE(shared);
-}
 
-TEST_F(BrokerPathPolicyTest, SharedObjectsIncludeHashFoldersOfTheSupportArea) {
-  EXPECT_FALSE(policy.IsSharedObjectsPath((kPlayerDataUpper + u"\\#SHAREDOBJECTS\\X").c_str()));  // no root yet
-  ASSERT_TRUE(Writable(kPlayerData + u"\\x.sol"));
   const std::u16string sys = kPlayerDataUpper + u"\\WWW.HALCYONICS.EXAMPLE\\SUPPORT\\LUMENPLAYER\\SYS";
   EXPECT_TRUE(policy.IsSharedObjectsPath((kPlayerDataUpper + u"\\#SHAREDOBJECTS\\X").c_str()));
   EXPECT_TRUE(policy.IsSharedObjectsPath((sys + u"\\#AB\\X.SOL").c_str()));
@@ -253,14 +246,7 @@ TEST_F(BrokerPathPolicyTest, LinkOutOfARootIsJudgedByItsTarget) {
   EXPECT_TRUE(Writable(kPlayerData + u"\\x.sol"));
 }
 
-TEST_F(BrokerPathPolicyTest, LinkTargetIsNotSanitisedAgain) {
-  platform.AddSymbolicLink(kPlayerData + u"\\Upper", kVendorUpper);
-  platform.AddSymbolicLink(kPlayerData + u"\\Mixed", kVendor);
-  EXPECT_TRUE(Writable(kPlayerData + u"\\Upper\\x.sol"));
-  EXPECT_FALSE(Writable(kPlayerData + u"\\Mixed\\x.sol"));
-}
-
-TEST_F(BrokerPathPolicyTest, ChainsAndMountPointsAreFollowedIntoTheSettingsDirectory) {
+TEST_F(BrokerPathPolicyTest, ChainsAndMountPointsAreFollowedAndALinkTargetIsNotSanitisedAgain) {
   platform.AddSymbolicLink(kVendor + u"\\One", kPlayerDataUpper + u"\\TWO");
   platform.AddReparsePoint(
       kPlayerData + u"\\Two",
@@ -268,6 +254,11 @@ TEST_F(BrokerPathPolicyTest, ChainsAndMountPointsAreFollowedIntoTheSettingsDirec
                                     u"\\??\\" + kPlayerDataUpper + u"\\WWW.HALCYONICS.EXAMPLE", u""));
   EXPECT_FALSE(Writable(kVendor + u"\\One\\x.sol"));
   EXPECT_TRUE(Writable(kVendor + u"\\x.sol"));
+
+  platform.AddSymbolicLink(kPlayerData + u"\\Upper", kVendorUpper);
+  platform.AddSymbolicLink(kPlayerData + u"\\Mixed", kVendor);
+  EXPECT_TRUE(Writable(kPlayerData + u"\\Upper\\x.sol"));
+  EXPECT_FALSE(Writable(kPlayerData + u"\\Mixed\\x.sol"));
 }
 
 TEST_F(BrokerPathPolicyTest, CycleCountsAsNoLink) {
@@ -306,30 +297,25 @@ TEST_F(BrokerPathPolicyTest, ReparsePointWithoutAUsableNameIsNoLinkButAnUnopenab
   EXPECT_EQ(platform.OpenHandles(), 0u);
 }
 
-TEST_F(BrokerPathPolicyTest, ObjectManagerLinkIsReadUnderGlobalRoot) {
+TEST_F(BrokerPathPolicyTest, ObjectManagerLinksAreReadAndABareServerNameEndsTheWalkButAMissingShareRefuses) {
   platform.AddLinkObject(u"\\Device\\Lumen", u"\\??\\C:\\Outside");
   MString target;
   EXPECT_TRUE(policy.ResolveOneLink(u"\\\\?\\globalroot\\DEVICE\\LUMEN", target));
   EXPECT_EQ(Text(target), "C:\\Outside");
   EXPECT_EQ(platform.OpenHandles(), 0u);
-}
 
-TEST_F(BrokerPathPolicyTest, BareServerNameEndsTheWalkButAMissingShareRefuses) {
-  MString target;
   EXPECT_FALSE(policy.ResolveOneLink(u"\\\\SERVER\\SHARE\\X.SOL", target));
   platform.AddDirectory(u"\\\\SERVER\\SHARE");
   EXPECT_TRUE(policy.ResolveOneLink(u"\\\\SERVER\\SHARE\\X.SOL", target));
   EXPECT_TRUE(target.IsNull());
 }
 
-TEST_F(BrokerPathPolicyTest, ShortNameCannotSlipIntoTheSettingsDirectory) {
+TEST_F(BrokerPathPolicyTest, ShortNameCannotSlipIntoTheSettingsDirectoryAndTheLongFormKeepsTheDisksCase) {
   platform.AddShortName(kPlayerDataUpper + u"\\WWWHAL~1", kPlayerDataUpper + u"\\WWW.HALCYONICS.EXAMPLE");
   platform.AddShortName(u"C:\\USERS\\A\\APPDATA\\ROAMING\\HALCYO~1", u"C:\\USERS\\A\\APPDATA\\ROAMING\\HALCYONICS");
   EXPECT_FALSE(Writable(kPlayerData + u"\\WWWHAL~1\\x.sol"));
   EXPECT_TRUE(Writable(kRoaming + u"\\HALCYO~1\\Lumen Player\\x.sol"));
-}
 
-TEST_F(BrokerPathPolicyTest, LongFormIsJudgedInTheCaseTheFileSystemGives) {
   // The long form keeps the case on disk and isn't upper-cased again: a root name in mixed
   // case no longer matches, and neither does a settings directory stored in lower case.
   platform.AddShortName(u"C:\\USERS\\A\\APPDATA\\ROAMING\\HALCYO~1", u"C:\\USERS\\A\\APPDATA\\ROAMING\\Halcyonics");

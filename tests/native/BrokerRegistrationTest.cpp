@@ -95,12 +95,7 @@ TEST_F(BrokerRegistrationTest, InstallWritesSeventeenValuesInOrderNamingTheServe
   EXPECT_EQ(registry.WriteLog(), writes);
 }
 
-TEST_F(BrokerRegistrationTest, InstallWithoutAPathChangesNothing) {
-  BrokerRegistration::WriteBrokerRegistration(registry, nullptr, true);
-  EXPECT_TRUE(registry.Writes().empty());
-}
-
-TEST_F(BrokerRegistrationTest, FirstFailureEndsTheRegistrationSilently) {
+TEST_F(BrokerRegistrationTest, FirstFailureEndsTheRegistrationSilentlyAndNoPathChangesNothing) {
   registry.FailKey(RegistryHive::Machine, kInterface + u"\\ProxyStubClsid32", 5);
   BrokerRegistration::WriteBrokerRegistration(registry, kServer, true);
   ASSERT_EQ(registry.Writes().size(), 7u);
@@ -111,6 +106,11 @@ TEST_F(BrokerRegistrationTest, FirstFailureEndsTheRegistrationSilently) {
   valueFails.FailValue(RegistryHive::Machine, kClass, u"LocalizedString", 1);
   BrokerRegistration::WriteBrokerRegistration(valueFails, kServer, true);
   EXPECT_EQ(valueFails.Writes().size(), 4u);
+
+  // Without a path nothing changes.
+  FakeRegistry none;
+  BrokerRegistration::WriteBrokerRegistration(none, nullptr, true);
+  EXPECT_TRUE(none.Writes().empty());
 }
 
 TEST_F(BrokerRegistrationTest, PolicyPathIsTheValueReadBackCutAtItsLastSeparator) {

@@ -140,14 +140,12 @@ TEST_F(CoreLcdConnections, FormatByteIsStoredRawButReadAsADigit) {
   EXPECT_EQ(lcd.FindConnectionFormat("h", 0), -64);  // signed byte
 }
 
-TEST_F(CoreLcdConnections, EmptyNameIsNeverFoundYetItsAddSucceedsAndLeavesTheList) {
+TEST_F(CoreLcdConnections, EmptyNameIsNeverFoundYetItsAddSucceedsAndASuffixSpellingMatchesInsideAnEntry) {
   EXPECT_TRUE(lcd.TryAddConnection("", 0, 0, '1'));
   EXPECT_EQ(list()[0], 0);
   EXPECT_EQ(lcd.FindConnectionFormat("", 3), 0);
   EXPECT_FALSE(lcd.RemoveConnection("", 3));
-}
 
-TEST_F(CoreLcdConnections, QuerySpellingASuffixMatchesInsideAnEntry) {
   ASSERT_TRUE(lcd.TryAddConnection("a", 0, 0, '7'));
   EXPECT_EQ(lcd.FindConnection("::7", 0), list() + 2);
   EXPECT_FALSE(lcd.TryAddConnection("::7", 0, 0, '1'));

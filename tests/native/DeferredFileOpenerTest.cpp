@@ -60,7 +60,7 @@ TEST_F(DeferredFileOpenerTest, AFailedOpenIsStillMarkedButWithoutCreateFileNothi
   EXPECT_EQ(marks.Log().size(), 1u);
 }
 
-TEST_F(DeferredFileOpenerTest, AFileChosenForAnIdentityIsCreatedProtectedThenOpened) {
+TEST_F(DeferredFileOpenerTest, AFileChosenForAnIdentityIsCreatedProtectedThenOpenedUnlessItIsKept) {
   Choose(2, u"corp.example");
   uint64_t handle = opener.Open(record);
   EXPECT_TRUE(files.IsOpen(handle));
@@ -70,15 +70,15 @@ TEST_F(DeferredFileOpenerTest, AFileChosenForAnIdentityIsCreatedProtectedThenOpe
   EXPECT_EQ(files.Opens()[1].disposition, 3u);
   EXPECT_EQ(protection.Protected(),
             (std::vector<std::pair<std::u16string, std::u16string>>{{kChosen, u"corp.example"}}));
-}
 
-TEST_F(DeferredFileOpenerTest, AnExistingFileKeptByItsDispositionIsProtectedWithoutBeingCreated) {
+  // An existing file kept by its disposition is protected without being created.
+  files.CloseHandle(handle);
   files.AddFile(kChosen, "old");
   Choose(4, u"corp.example");
   opener.Open(record);
-  ASSERT_EQ(files.Opens().size(), 1u);
-  EXPECT_EQ(files.Opens()[0].disposition, 3u);
-  EXPECT_EQ(protection.Protected().size(), 1u);
+  ASSERT_EQ(files.Opens().size(), 3u);
+  EXPECT_EQ(files.Opens()[2].disposition, 3u);
+  EXPECT_EQ(protection.Protected().size(), 2u);
   EXPECT_EQ(files.Content(kChosen), "old");
 }
 
@@ -102,17 +102,4 @@ TEST_F(DeferredFileOpenerTest, NoProtectionWithoutAServerIdentityOrForReading) {
   Choose(3, u"corp.example", 0x80000000);
   EXPECT_NE(opener.Open(record), kNone);
   EXPECT_TRUE(protection.Protected().empty());
-}
-
-TEST_F(DeferredFileOpenerTest, TheCookieTableOpensThroughItOnFirstUse) {
-  auto open = std::make_unique<DeferredOpen>();
-  open->desiredAccess = 0x40000000;
-  open->creationDisposition = 2;
-  uint32_t cookie = 0;
-  ASSERT_TRUE(cookies.AddFileCookie(0, cookie, false, kChosen.c_str(), std::move(open)));
-  uint64_t handle = 0;
-  EXPECT_NE(cookies.ResolveFileHandle(cookie, handle, false), nullptr);
-  EXPECT_TRUE(files.IsOpen(handle));
-  EXPECT_EQ(cookies.FindCookie(cookie)->handle, handle);
-  EXPECT_TRUE(files.Exists(kChosen));
 }

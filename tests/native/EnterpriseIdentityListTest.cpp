@@ -26,7 +26,7 @@ class EnterpriseIdentityListTest : public ::testing::Test {
 
 }  // namespace
 
-TEST_F(EnterpriseIdentityListTest, TheClientsIdentitiesAreReadUnderImpersonationAndItEnds) {
+TEST_F(EnterpriseIdentityListTest, TheClientsIdentitiesAreReadUnderImpersonationAndTheProcessesWithout) {
   EnterpriseIdentityList list(platform, kClient);
   ASSERT_EQ(list.Count(), 2u);
   EXPECT_EQ(list.Identity(0), u"client.example");
@@ -38,14 +38,12 @@ TEST_F(EnterpriseIdentityListTest, TheClientsIdentitiesAreReadUnderImpersonation
   // Asked for the size, then given exactly that.
   std::vector<uint32_t> offered = {0, 2 * sizeof(void*) + 15 * 2 + 14 * 2};
   EXPECT_EQ(platform.OfferedBytes(), offered);
-}
 
-TEST_F(EnterpriseIdentityListTest, TheProcessesIdentitiesNeedNoImpersonation) {
-  EnterpriseIdentityList list(platform, kServer);
-  ASSERT_EQ(list.Count(), 1u);
-  EXPECT_EQ(list.Identity(0), u"corp.example");
-  EXPECT_EQ(platform.Impersonations(), 0);
-  EXPECT_EQ(platform.Reverts(), 0);
+  EnterpriseIdentityList server(platform, kServer);
+  ASSERT_EQ(server.Count(), 1u);
+  EXPECT_EQ(server.Identity(0), u"corp.example");
+  EXPECT_EQ(platform.Impersonations(), 1);
+  EXPECT_EQ(platform.Reverts(), 1);
 }
 
 TEST_F(EnterpriseIdentityListTest, ListsAreEmptyWhenTheyCannotBeRead) {

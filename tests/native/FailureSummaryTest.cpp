@@ -6,13 +6,6 @@
 
 using namespace SASM;
 
-TEST(FailureSummary, EmptyLogReadsNoEntry) {
-  MemoryMessageLog log;
-  FailureSummary summary = FailureSummary::Select(log, nullptr);
-  EXPECT_FALSE(summary.hasEntry);
-  EXPECT_EQ(summary.headingId, 0u);
-}
-
 TEST(FailureSummary, LastSeriousEntryWinsOverLaterLoggedOnes) {
   MemoryMessageLog log;
   log.Add(2, 1033, MString(u"first"));
@@ -23,6 +16,12 @@ TEST(FailureSummary, LastSeriousEntryWinsOverLaterLoggedOnes) {
   EXPECT_EQ(summary.index, 1);
   EXPECT_EQ(summary.code, 1032);
   EXPECT_EQ(summary.text.ToUtf8(), "Error 1032: C:\\x.ocx 80004005");
+
+  // An empty log reads no entry.
+  MemoryMessageLog empty;
+  FailureSummary none = FailureSummary::Select(empty, nullptr);
+  EXPECT_FALSE(none.hasEntry);
+  EXPECT_EQ(none.headingId, 0u);
 }
 
 TEST(FailureSummary, OnlyLoggedEntriesShowTheFirstBecauseTheWalkEndsAtZero) {

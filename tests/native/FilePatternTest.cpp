@@ -14,7 +14,7 @@ void Fill(MStringList& list, std::initializer_list<const char16_t*> names) {
 
 }  // namespace
 
-TEST(FilePattern, PrefixIsBeforeTheFirstColonAndSuffixAfterTheLast) {
+TEST(FilePattern, PrefixIsBeforeTheFirstColonSuffixAfterTheLastAndAnEntryNeedsBoth) {
   FilePattern several(MString(u"lumen:middle:.dll"));
   EXPECT_EQ(several.Prefix().View(), u"lumen");
   EXPECT_EQ(several.Suffix().View(), u".dll");
@@ -24,9 +24,7 @@ TEST(FilePattern, PrefixIsBeforeTheFirstColonAndSuffixAfterTheLast) {
   FilePattern edges(MString(u":.ocx:"));
   EXPECT_TRUE(edges.Prefix().IsEmpty());
   EXPECT_TRUE(edges.Suffix().IsEmpty());
-}
 
-TEST(FilePattern, EntryMustStartWithPrefixAndEndWithSuffix) {
   FilePattern pattern(MString(u"lumen:x:.dll"));
   EXPECT_TRUE(pattern.Matches(MString(u"lumen_28.dll")));
   EXPECT_TRUE(pattern.Matches(MString(u"lumen.dll")));  // the middle part is ignored

@@ -81,7 +81,7 @@ TEST_F(FileReplacerTest, DeniedFileThatCannotBeQueuedEitherReportsBoth) {
                               }));
 }
 
-TEST_F(FileReplacerTest, LockTestNeedsItsFlagAndAFileHeldFromWriting) {
+TEST_F(FileReplacerTest, LockTestNeedsItsFlagAndAFileHeldFromWritingAndReportsAnEmptyOne) {
   const MString path(u"C:\\Windows\\system32\\LumenPlayerApp.exe");
   EXPECT_EQ(Replacer().TestFileLocked(0, path), FileReplacer::kNotLocked);
   EXPECT_EQ(world_.Reports(), (Strings{"20 0 C:\\Windows\\system32\\LumenPlayerApp.exe"}));
@@ -91,14 +91,12 @@ TEST_F(FileReplacerTest, LockTestNeedsItsFlagAndAFileHeldFromWriting) {
   Hold(path.View());
   EXPECT_EQ(Replacer().TestFileLocked(512, path), FileReplacer::kLockedWithContent);
   EXPECT_EQ(world_.files.OpenHandles(), 1u) << "only the holder's handle is left";
-}
 
-TEST_F(FileReplacerTest, LockedEmptyFileIsReported) {
-  const MString path(u"C:\\Windows\\system32\\LumenPlayerCPLApp.cpl");
-  world_.files.AddFile(path.View(), "");
-  Hold(path.View());
-  EXPECT_EQ(Replacer().TestFileLocked(512 | 1, path), FileReplacer::kLockedEmpty);
-  EXPECT_EQ(world_.Codes(), (CodeList{20, 1046}));
+  const MString empty(u"C:\\Windows\\system32\\LumenPlayerCPLApp.cpl");
+  world_.files.AddFile(empty.View(), "");
+  Hold(empty.View());
+  EXPECT_EQ(Replacer().TestFileLocked(512 | 1, empty), FileReplacer::kLockedEmpty);
+  EXPECT_EQ(world_.Codes().back(), 1046);
 }
 
 TEST_F(FileReplacerTest, ExistsWhenReadableOrDenied) {
@@ -189,21 +187,16 @@ TEST_F(UniqueNameTest, TwoClashesGiveTheThirdNumber) {
   EXPECT_EQ(Text(), u"C:\\Desktop\\Lumen Player.lnk") << "overwrite takes the name as it is";
 }
 
-TEST_F(UniqueNameTest, NoRoomOrNoBufferGivesNull) {
+TEST_F(UniqueNameTest, NoRoomOrNoBufferGivesNullAndALongNameIsCutAtTheCapacity) {
   EXPECT_EQ(Make(22, u"C:\\Desktop"), nullptr) << "27 units and a terminator don't fit";
   EXPECT_NE(Make(28, u"C:\\Desktop"), nullptr);
   EXPECT_EQ(Replacer().MakeUniqueFileName(nullptr, 10, u"a", u".b", false), nullptr);
   char16_t buffer[8] = u"C:";
   EXPECT_EQ(Replacer().MakeUniqueFileName(buffer, 8, u"a", nullptr, false), nullptr);
-}
 
-TEST_F(UniqueNameTest, ALongNameIsCutAtTheCapacity) {
   world_.files.AddFile(u"C:\\Desktop\\Lumen Player.lnk");
   ASSERT_NE(Make(30, u"C:\\Desktop"), nullptr);
   EXPECT_EQ(Text(), u"C:\\Desktop\\Lumen Player (2).l") << "the last unit of the capacity is forced to 0";
-}
-
-TEST_F(UniqueNameTest, StopsWhenNotEvenTheNumberFits) {
   world_.files.AddFile(u"C:\\Desktop\\Lumen Player");
   EXPECT_EQ(Make(24, u"C:\\Desktop", false, u""), nullptr) << "every round would name the same taken file";
 }

@@ -4,11 +4,15 @@
 
 using SASM::HostOptions;
 
-TEST(HostOptions, KindSwitchesCombineIntoTheFlags) {
+TEST(HostOptions, KindSwitchesCombineIntoTheFlagsAndConflictsListsThem) {
   HostOptions options;
   ASSERT_TRUE(options.Parse({u"-activex", u"-ppapi", u"-release"}));
   EXPECT_EQ(options.flags, 8u | 32768u | 1024u);
   EXPECT_EQ(options.mode, HostOptions::Mode::Lists);
+  HostOptions conflicts;
+  ASSERT_TRUE(conflicts.Parse({u"-conflicts", u"-npapi", u"-activex"}));
+  EXPECT_EQ(conflicts.mode, HostOptions::Mode::Conflicts);
+  EXPECT_EQ(conflicts.flags, 16u | 8u);
 }
 
 TEST(HostOptions, NumbersAndPathsTakeTheirArgumentAndComStartSelectsTheBroker) {
@@ -37,14 +41,6 @@ TEST(HostOptions, InstallTakesTheKindsAndBothPaths) {
   ASSERT_TRUE(plain.Parse({u"-player", u"p"}));
   EXPECT_FALSE(plain.writeUninstallEntry);
   EXPECT_EQ(plain.mode, HostOptions::Mode::Lists) << "the paths alone choose no mode";
-}
-
-TEST(HostOptions, ConflictsListsTheSelectedKinds) {
-  HostOptions options;
-  ASSERT_TRUE(options.Parse({u"-conflicts", u"-npapi", u"-activex", u"-source", u"8"}));
-  EXPECT_EQ(options.mode, HostOptions::Mode::Conflicts);
-  EXPECT_EQ(options.flags, 16u | 8u);
-  EXPECT_EQ(options.installSource, 8u);
 }
 
 TEST(HostOptions, UninstallTakesTheKindsAndTheSystemFilesDirectory) {

@@ -33,16 +33,6 @@ class InstallEngineTest : public ::testing::Test {
   std::unique_ptr<TestWorld> world_;
 };
 
-TEST_F(InstallEngineTest, ConstantsOfThisBuild) {
-  InstallEngine& engine = Start(u"");
-  EXPECT_EQ(engine.uninstallRoot.ToUtf8(), "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\");
-  EXPECT_EQ(engine.uninstallRootWow.ToUtf8(), "SOFTWARE\\Wow6432Node\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\");
-  EXPECT_EQ(engine.productCode1.ToUtf8(), "{FFB768E4-E427-4553-BC36-A11F5E62A94D}");
-  EXPECT_EQ(engine.productCode4.ToUtf8(), "{14CAE90A-7395-4DF6-93AD-14AF6E52922B}");
-  EXPECT_EQ(engine.version.ToUtf8(), "28.0.0.126");
-  EXPECT_EQ(engine.reserved.Count(), 0);
-}
-
 TEST_F(InstallEngineTest, EveryRowLandsInItsListAndPepperSelfGoesToThePlugin) {
   InstallEngine& engine = Start(kAllRows);
   world_->files.AddFile(std::u16string(kBase) + u"LumenUtil_ActiveX.exe");

@@ -24,17 +24,14 @@ class ShimTest : public ::testing::Test {
   std::unique_ptr<TestWorld> world_;
 };
 
-TEST_F(ShimTest, StartBuildsAnEngineWithNothingReached) {
+TEST_F(ShimTest, StartBuildsAnEngineWithNothingReachedAndStringsFallBackToTheHost) {
   LumenBrokerShim& shim = Start();
   ASSERT_NE(shim.GetEngine(), nullptr);
   EXPECT_EQ(shim.WasRegistrationReached(), 0);
   EXPECT_TRUE(shim.browserName.IsEmpty());
   EXPECT_EQ(shim.GetEngine()->version.ToUtf8(), "28.0.0.126");
   EXPECT_EQ(world_->host->Log().Count(), 0);
-}
 
-TEST_F(ShimTest, LoadStringFallsBackToTheHostOrSaysItIsMissing) {
-  LumenBrokerShim& shim = Start();
   world_->system.SetResourceString(51, u"No error information is available.");
   MString text;
   EXPECT_EQ(shim.LoadString(text, 51, 0).ToUtf8(), "No error information is available.");
@@ -123,15 +120,6 @@ TEST_F(ShimTest, ControlPanelAppletStartsWhenReadableAndAlwaysAnswersFalse) {
   EXPECT_FALSE(shim.OpenControlPanelApplet());
   EXPECT_EQ(world_->system.StartedProcesses(), Paths{u"control.exe C:\\Windows\\SysWOW64\\LumenPlayerCPLApp.cpl"});
   EXPECT_EQ(world_->files.OpenHandles(), 0u);
-}
-
-TEST_F(ShimTest, ExtraFilesAreKeptPerKind) {
-  LumenBrokerShim& shim = Start();
-  EXPECT_TRUE(shim.AddExtraActiveXFile(MString(u"a.exe")));
-  EXPECT_TRUE(shim.AddExtraPepperFile(MString(u"p.dll")));
-  EXPECT_EQ(shim.GetExtraActiveXFiles()->Count(), 1);
-  EXPECT_EQ(shim.GetExtraPluginFiles()->Count(), 0);
-  EXPECT_TRUE(shim.GetExtraPepperFiles()->Contains(MString(u"p.dll")));
 }
 
 // The installation operations, over a release host.

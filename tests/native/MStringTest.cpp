@@ -44,13 +44,11 @@ TEST(MStringConstruction, Utf8StatedLengthBoundsTheScanWithoutReadingPastIt) {
   EXPECT_EQ(MString::FromUtf8("a\0b", 3).Length(), 3);
 }
 
-TEST(MStringConstruction, NumbersUseUpperCaseDigitsAndPadding) {
+TEST(MStringConstruction, NumbersUseUpperCaseDigitsAndParsingStopsAtANonDigitWithoutOverflowCheck) {
   EXPECT_EQ(MString::FromNumber(255, 16).View(), u"FF");
   EXPECT_EQ(MString::FromNumber(-42).View(), u"-42");
   EXPECT_EQ(MString::FromNumber(7, 10, 3).View(), u"007");
-}
 
-TEST(MStringReading, ParseDigitsStopsAtFirstNonDigitWithoutOverflowCheck) {
   EXPECT_EQ(MString(u"28.0").ParseDigits(), 28u);
   EXPECT_EQ(MString::Empty().ParseDigits(), 0u);
   EXPECT_EQ(MString().ParseDigits(), 0u);
@@ -71,15 +69,13 @@ TEST(MStringComparison, NullAndEmptyAreEqualAndComparisonIsCaseSensitive) {
   EXPECT_FALSE(MString(u"bc").EndsWith(MString(u"abc")));
 }
 
-TEST(MStringSharing, CopyKeepsTextAfterSourceIsCut) {
+TEST(MStringSharing, CopyKeepsTextAfterSourceIsCutAndAppendMakesANewBlock) {
   MString source(u"abcdef");
   MString copy = source;
   source.Take(3);
   EXPECT_EQ(copy.View(), u"abcdef");
   EXPECT_EQ(source.View(), u"def");
-}
 
-TEST(MStringAppend, MakesANewBlockAndTreatsNullReceiverAsEmpty) {
   MString a(u"ab");
   MString b = a;
   a.Append(MString(u"cd"));

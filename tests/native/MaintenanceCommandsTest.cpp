@@ -105,6 +105,11 @@ TEST(MaintenanceCommands, ReleasePlugInKeepsTheUpdateServiceAndReleaseActiveXOnl
   auto activeX = World({}, u"Host { OsClass 3; }", {kUpdater}, u"ActiveX");
   EXPECT_TRUE(Commands(*activeX).RemoveUpdateServiceFile(MString(kUpdater), false));
   EXPECT_FALSE(activeX->files.Exists(kUpdater));
+
+  // With no service file at all there is nothing to do.
+  auto missing = World({}, u"", {});
+  EXPECT_TRUE(Commands(*missing).RemoveUpdateServiceFile(MString(kUpdater), true));
+  EXPECT_TRUE(missing->launcher.Runs().empty());
 }
 
 TEST(MaintenanceCommands, DebuggerPlayerLetsTheServiceUninstallTwiceWithNotify) {
@@ -125,12 +130,6 @@ TEST(MaintenanceCommands, FailedNotifyModeSkipsTheUninstallButTheFileStillGoes) 
   EXPECT_EQ(world->launcher.CommandLines(),
             (Paths{Line(kUpdater, u"-uninstall"), Line(kUpdater, u"-setNotifyAutoUpdate")}));
   EXPECT_FALSE(world->files.Exists(kUpdater));
-}
-
-TEST(MaintenanceCommands, MissingUpdateServiceIsNothingToDo) {
-  auto world = World({}, u"", {});
-  EXPECT_TRUE(Commands(*world).RemoveUpdateServiceFile(MString(kUpdater), true));
-  EXPECT_TRUE(world->launcher.Runs().empty());
 }
 
 }  // namespace

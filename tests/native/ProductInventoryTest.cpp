@@ -21,15 +21,8 @@ TEST_F(ProductInventoryTest, AnyOtherKindNamesTheBaseKey) {
 }
 
 TEST_F(ProductInventoryTest, InstalledVersionStatesAgainstThisBuildAndAMissingVersionIsReported) {
-  for (auto [version, state] : {std::pair{u"28.0.0.126", 2},
-                                {u"28.0.0.125", 1},
-                                {u"28.0.0.127", 3},
-                                {u"28.1.0.0", 3},
-                                {u"27.9.9.999", 1},
-                                {u"29", 3},
-                                {u"28.0.1.0", 3},
-                                {u"28", 1},
-                                {u"", 1}}) {
+  for (auto [version, state] : {std::pair{u"28.0.0.126", 2}, {u"28.0.0.125", 1}, {u"28.0.0.127", 3}, {u"28.1.0.0", 3},
+                                {u"27.9.9.999", 1}, {u"29", 3}, {u"28.0.1.0", 3}, {u"28", 1}, {u"", 1}}) {
     world_.registry.SetString(kMachine, u"Software\\Halcyonics\\LumenPlayerPlugin", u"Version", version);
     EXPECT_EQ(Inventory().CompareInstalledVersion(16), state) << MString(version).ToUtf8();
   }
@@ -38,12 +31,20 @@ TEST_F(ProductInventoryTest, InstalledVersionStatesAgainstThisBuildAndAMissingVe
   EXPECT_EQ(world_.Reports(), Strings{"1036 1 Software\\Halcyonics\\LumenPlayerActiveX/Version 2"});
 }
 
-TEST_F(ProductInventoryTest, SafeVersionRefusesOnlyARevisionAboveThisBuild) {
+TEST_F(ProductInventoryTest, SafeVersionRefusesOnlyARevisionAboveThisBuildAndGoesWithTheProductKey) {
   EXPECT_TRUE(Inventory().IsSafeVersion()) << "an unreadable value allows the install";
   world_.registry.SetDword(kMachine, ProductInventory::kSafeVersionsKey, u"28.0", 126);
   EXPECT_TRUE(Inventory().IsSafeVersion());
   world_.registry.SetDword(kMachine, ProductInventory::kSafeVersionsKey, u"28.0", 127);
   EXPECT_FALSE(Inventory().IsSafeVersion());
+
+  world_.registry.SetString(kMachine, u"Software\\Halcyonics\\LumenPlayerPlugin\\Sub", u"v", u"x");
+  world_.registry.SetDword(kMachine, ProductInventory::kSafeVersionsKey, u"28.0", 1);
+  EXPECT_TRUE(Inventory().DeleteProductKey(16));
+  EXPECT_TRUE(Inventory().DeleteSafeVersions());
+  EXPECT_FALSE(world_.registry.KeyExists(kMachine, u"Software\\Halcyonics\\LumenPlayerPlugin"));
+  EXPECT_FALSE(Inventory().DeleteProductKey(16));
+  EXPECT_EQ(world_.Reports().back(), "1037 1 Software\\Halcyonics\\LumenPlayerPlugin/ 2");
 }
 
 TEST_F(ProductInventoryTest, ReleaseTypeIsDecidedByTheLastKindSet) {
@@ -122,16 +123,6 @@ TEST_F(ProductInventoryTest, CleanRegistryGoesOnAfterEachFailure) {
                 "1037 1 Software\\Halcyonics\\LumenPlayerPepperReleaseType/ 2",
                 "1037 1 SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Corva Lumen Player Pepper/ 2",
             }));
-}
-
-TEST_F(ProductInventoryTest, ProductAndSafeVersionKeysGoWithTheirSubkeys) {
-  world_.registry.SetString(kMachine, u"Software\\Halcyonics\\LumenPlayerPlugin\\Sub", u"v", u"x");
-  world_.registry.SetDword(kMachine, ProductInventory::kSafeVersionsKey, u"28.0", 1);
-  EXPECT_TRUE(Inventory().DeleteProductKey(16));
-  EXPECT_TRUE(Inventory().DeleteSafeVersions());
-  EXPECT_FALSE(world_.registry.KeyExists(kMachine, u"Software\\Halcyonics\\LumenPlayerPlugin"));
-  EXPECT_FALSE(Inventory().DeleteProductKey(16));
-  EXPECT_EQ(world_.Reports(), (Strings{"1037 1 Software\\Halcyonics\\LumenPlayerPlugin/ 2"}));
 }
 
 }  // namespace

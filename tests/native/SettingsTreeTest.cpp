@@ -39,33 +39,29 @@ struct SettingsTreeText : ::testing::Test {
 
 }  // namespace
 
-TEST_F(SettingsTreeText, KeysValuesAndNestedBlocks) {
+TEST_F(SettingsTreeText, KeysValuesAndNestedBlocksWithEntriesInReverseOrderAndValuesInOrder) {
   Parse(u"FilenamesAX a.ocx \"b c.exe\"; Group { Inner 1; }");
   EXPECT_EQ(Values(tree, u"FilenamesAX"), (Names{u"a.ocx", u"b c.exe"}));
   EXPECT_EQ(Values(tree, u"Group.Inner"), (Names{u"1"}));
   EXPECT_EQ(Find(tree, u"Group")->name.View(), u"Group");
-}
 
-TEST_F(SettingsTreeText, EntriesOfALevelAreInReverseOrderAndValuesInOrder) {
   Parse(u"A 1; B 2; C x y z;");
   EXPECT_EQ(Chain(tree.first->children), (Names{u"C", u"B", u"A"}));
   EXPECT_TRUE(tree.first->name.IsEmpty());
   EXPECT_EQ(Values(tree, u"C"), (Names{u"x", u"y", u"z"}));
 }
 
-TEST_F(SettingsTreeText, KeyRunsOverLinesUntilSemicolonOrEndOfText) {
+TEST_F(SettingsTreeText, KeysRunOverLinesAndQuotesHoldDelimitersButEmptyQuotesAddNothing) {
   Parse(u";; K a\r\n b\n\t c ; L v1\r\n v2");
   EXPECT_EQ(Values(tree, u"K"), (Names{u"a", u"b", u"c"}));
   EXPECT_EQ(Values(tree, u"L"), (Names{u"v1", u"v2"}));
-}
 
-TEST_F(SettingsTreeText, QuotesHoldDelimitersAndEmptyQuotesAddNothing) {
   Parse(u"\"\" K \"\" \"x;{y} z\" ab\"cd\"ef;");
   EXPECT_EQ(Values(tree, u"K"), (Names{u"x;{y} z", u"ab", u"cd", u"ef"}));
   EXPECT_EQ(Chain(tree.first->children), (Names{u"K"}));
 }
 
-TEST_F(SettingsTreeText, BraceWithoutKeyIsSkippedAndClosingBraceEndsTheLevel) {
+TEST_F(SettingsTreeText, BraceWithoutKeyIsSkippedAndClosingBraceOrACharacterBelowNineEndsTheLevel) {
   Parse(u"{ A 1; } B 2;");
   EXPECT_EQ(Values(tree, u"A"), (Names{u"1"}));
   EXPECT_EQ(Values(tree, u"B"), (Names{u"<missing>"}));
@@ -76,9 +72,7 @@ TEST_F(SettingsTreeText, BraceWithoutKeyIsSkippedAndClosingBraceEndsTheLevel) {
   SettingsTree third;
   ParseSettings(third, MString(u"A 1; } B 2;"));
   EXPECT_EQ(Chain(third.first->children), (Names{u"A"}));
-}
 
-TEST_F(SettingsTreeText, CharacterBelowNineEndsEveryLevel) {
   Parse(u"G { X 1; \x01 Y 2; } H 3;");
   EXPECT_EQ(Values(tree, u"G.X"), (Names{u"1"}));
   EXPECT_EQ(Values(tree, u"G.Y"), (Names{u"<missing>"}));
@@ -103,7 +97,7 @@ TEST_F(SettingsTreeText, DeepNestingIsParsedUpToTheCapWithoutCrashing) {
   EXPECT_NE(Find(tree, key.c_str()), nullptr);
 }
 
-TEST_F(SettingsTreeText, FindTriesEverySiblingWithTheNameBeforeGivingUp) {
+TEST_F(SettingsTreeText, FindTriesEverySiblingAndTheLaterDocumentFirst) {
   Parse(u"G { X 1; }; G { Y 2; };");
   EXPECT_EQ(Chain(tree.first->children), (Names{u"G", u"G"}));
   EXPECT_EQ(Values(tree, u"G.X"), (Names{u"1"}));
@@ -112,9 +106,7 @@ TEST_F(SettingsTreeText, FindTriesEverySiblingWithTheNameBeforeGivingUp) {
   EXPECT_EQ(Find(tree, u"G.X.Y"), nullptr);
   EXPECT_EQ(Find(tree, u"G."), nullptr);
   EXPECT_EQ(Find(tree, u"g"), nullptr);
-}
 
-TEST_F(SettingsTreeText, LaterDocumentIsSearchedFirst) {
   Parse(u"K old; OnlyFirst 1;");
   Parse(u"K new;");
   EXPECT_EQ(Values(tree, u"K"), (Names{u"new"}));

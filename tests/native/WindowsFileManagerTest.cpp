@@ -39,21 +39,20 @@ TEST_F(WindowsFileManagerTest, LocalAppDataFlagIsReadFromTheConfigFile) {
   EXPECT_FALSE(LocalFlagFor(std::string("\xFF\xFE") + "EnableLocalAppData=1\n"));
 }
 
-TEST_F(WindowsFileManagerTest, MissingConfigFileMeansRoamingData) {
+TEST_F(WindowsFileManagerTest, MissingConfigFileMeansRoamingDataAndTheLocalFlagMovesOnlyPlayerData) {
   WindowsFileManager manager(platform_);
   EXPECT_FALSE(manager.EnableLocalAppData());
   EXPECT_EQ(manager.GetConfigFilePath(), "C:\\Windows\\SysWOW64\\Halcyons\\Lumen\\hms.cfg");
   EXPECT_EQ(manager.GetPlayerDataPath(), "C:\\Users\\Z\\Roaming\\Halcyonics\\Lumen Player");
   EXPECT_EQ(manager.GetPathSeparator(), "\\");
-}
 
-TEST_F(WindowsFileManagerTest, LocalFlagMovesPlayerDataButNotTheVendorCaches) {
   files_.AddFile(kConfig, "EnableLocalAppData=y");
-  WindowsFileManager manager(platform_);
-  EXPECT_EQ(manager.GetPlayerDataPath(), "C:\\Users\\Z\\Local\\Halcyonics\\Lumen Player");
-  EXPECT_EQ(manager.GetAssetCachePath(), "C:\\Users\\Z\\Roaming\\Corva\\Lumen Player\\AssetCache");
-  EXPECT_EQ(manager.GetCacheDirectoryPath(), "C:\\Users\\Z\\Roaming\\Corva\\Lumen Player\\CLCache");
-  EXPECT_EQ(manager.GetPrivateDataPath(), "C:\\Users\\Z\\Roaming\\Corva\\Lumen Player\\CPSPrivateData2");
+  WindowsFileManager::ForgetProcessValues();
+  WindowsFileManager local(platform_);
+  EXPECT_EQ(local.GetPlayerDataPath(), "C:\\Users\\Z\\Local\\Halcyonics\\Lumen Player");
+  EXPECT_EQ(local.GetAssetCachePath(), "C:\\Users\\Z\\Roaming\\Corva\\Lumen Player\\AssetCache");
+  EXPECT_EQ(local.GetCacheDirectoryPath(), "C:\\Users\\Z\\Roaming\\Corva\\Lumen Player\\CLCache");
+  EXPECT_EQ(local.GetPrivateDataPath(), "C:\\Users\\Z\\Roaming\\Corva\\Lumen Player\\CPSPrivateData2");
 }
 
 TEST_F(WindowsFileManagerTest, ProcessValuesAreFilledOnceInUtf8) {

@@ -4,15 +4,13 @@
 
 using SASM::ZoneTransferText;
 
-TEST(ZoneTransferText, AnInternetMarkReadsBackAsZoneThree) {
+TEST(ZoneTransferText, AnInternetMarkReadsBackAsZoneThreeAndOnlyFromItsOwnSection) {
   EXPECT_EQ(ZoneTransferText::Compose(3), "[ZoneTransfer]\r\nZoneId=3\r\n");
   uint32_t zone = 0;
   ASSERT_TRUE(ZoneTransferText::ParseZoneId(ZoneTransferText::Compose(3), zone));
   EXPECT_EQ(zone, 3u);
-}
 
-TEST(ZoneTransferText, TheZoneIsTakenOnlyFromItsOwnSection) {
-  uint32_t zone = 99;
+  zone = 99;
   EXPECT_TRUE(ZoneTransferText::ParseZoneId("[other]\nZoneId=4\n[zonetransfer]\nReferrerUrl=x\n zoneid = 2 \n", zone));
   EXPECT_EQ(zone, 2u);
   EXPECT_FALSE(ZoneTransferText::ParseZoneId("[other]\r\nZoneId=4\r\n", zone));
@@ -21,3 +19,4 @@ TEST(ZoneTransferText, TheZoneIsTakenOnlyFromItsOwnSection) {
   EXPECT_FALSE(ZoneTransferText::ParseZoneId("", zone));
   EXPECT_EQ(zone, 2u);
 }
+
