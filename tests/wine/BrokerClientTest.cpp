@@ -75,12 +75,11 @@ TEST_F(BrokerClientLive, AnswersByHresultAndExitCodeWithOutValuesOneALine) {
     EXPECT_EQ(run.out, c.out);
     EXPECT_EQ(run.err, "");
   }
-  for (const wchar_t* arguments : {L"NoSuchMethod", L"BrokerIsWritablePath a 0x100000000"}) {
-    ClientRun run = RunClient(arguments);
-    EXPECT_EQ(run.exitCode, 2u) << arguments;
-    EXPECT_EQ(run.out, "") << arguments;
-    EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
-  }
+  // Bad input: one line on standard error and exit code 2.
+  ClientRun run = RunClient(L"BrokerIsWritablePath a 0x100000000");
+  EXPECT_EQ(run.exitCode, 2u);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
 }
 
 TEST_F(BrokerClientLive, ByteArraysGoInAndComeBackAsHex) {

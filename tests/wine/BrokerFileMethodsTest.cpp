@@ -1,13 +1,12 @@
 // The file family through COM against the live server, as a sandboxed player
 // reaches it: real files under the player's folders, written, sniffed, read
-// back, listed and refused.
+// back and refused.
 #include "engine/win32/WindowsApi.h"
 
 #include "LumenBroker_h.h"
 
 #include <gtest/gtest.h>
 
-#include <set>
 #include <string>
 #include <vector>
 
@@ -24,9 +23,7 @@ using namespace SASM;
 namespace {
 
 constexpr HRESULT kFailure = static_cast<HRESULT>(0x80004005);
-constexpr HRESULT kDenied = static_cast<HRESULT>(0x80070005);
 constexpr HRESULT kBadArgument = static_cast<HRESULT>(0x80070057);
-constexpr HRESULT kNoMoreFiles = static_cast<HRESULT>(0x80070012);
 
 using WineTest::FileExists;
 using WineTest::ReadAll;
@@ -148,32 +145,6 @@ TEST_F(BrokerFileMethodsLive, AnImageInOneWriteIsRefusedAndRemoved) {
   // The cookie outlives its file; closing it is still the client's to do, and once only.
   EXPECT_EQ(broker_->BrokerCloseHandle(writer), S_OK);
   EXPECT_EQ(broker_->BrokerCloseHandle(writer), kBadArgument);
-}
-
-TEST_F(BrokerFileMethodsLive, FindListsADirectoryUnderTheRoamingRoot) {
-  const std::wstring listed = WineTest::RoamingFolder() + L"\\LumenFileFamilyFind";
-  WineTest::TempTree tree;
-  tree.File(listed + L"\\a.txt", "a");
-  tree.Directory(listed + L"\\sub");
-
-  ScopedBstr pattern((listed + L"\\*").c_str());
-  ScopedBstr leaf;
-  ULONG attributes = 0, cookie = 0;
-  ASSERT_EQ(broker_->BrokerFindFirstFile(pattern.get(), leaf.receive(), &attributes, &cookie), S_OK);
-  ASSERT_NE(cookie, 0u);
-  std::set<std::wstring> names, directories;
-  HRESULT result = S_OK;
-  for (int guard = 0; result == S_OK && guard < 16; ++guard) {
-    names.insert(leaf.get());
-    if (attributes & FILE_ATTRIBUTE_DIRECTORY) directories.insert(leaf.get());
-    result = broker_->BrokerFindNextFile(cookie, leaf.receive(), &attributes);
-  }
-  EXPECT_EQ(result, kNoMoreFiles);
-  EXPECT_EQ(names, (std::set<std::wstring>{L".", L"..", L"a.txt", L"sub"}));
-  EXPECT_EQ(directories, (std::set<std::wstring>{L".", L"..", L"sub"}));
-  EXPECT_EQ(broker_->BrokerFindClose(cookie), S_OK);
-  ScopedBstr elsewhere(L"C:\\*");
-  EXPECT_EQ(broker_->BrokerFindFirstFile(elsewhere.get(), leaf.receive(), &attributes, &cookie), kDenied);
 }
 
 TEST_F(BrokerFileMethodsLive, EachClientNumbersItsOwnCookiesFromOne) {

@@ -204,19 +204,14 @@ const Row kRows[] = {
     {kTemp, L"\\x", kYes, 0, kLongSlashed},  // "/" never gets this far: the platform makes it "\"
 
     // The allow-list, with case, and names it must not match.
-    {kPlayerData, L"\\x.txt", kYes}, {kPlayerData, L"\\x.sol", kYes}, {kPlayerData, L"\\x.xml", kYes},
-    {kPlayerData, L"\\x.dat", kYes}, {kPlayerData, L"\\x.tmp", kYes}, {kPlayerData, L"\\x.s", kYes},
-    {kPlayerData, L"\\x.directory", kYes},
+    {kPlayerData, L"\\x.txt", kYes}, {kPlayerData, L"\\x.s", kYes}, {kPlayerData, L"\\x.directory", kYes},
     {kPlayerData, L"\\x.dll", kYes},  // listed on purpose: what is written is sniffed instead
-    {kPlayerData, L"\\x.json", kYes}, {kPlayerData, L"\\x.SOL", kYes}, {kPlayerData, L"\\x.DlL", kYes},
-    {kPlayerData, L"\\x.exe.sol", kYes}, {kPlayerData, L"\\Nested\\x.JSON", kYes}, {kPlayerData, L"\\x.exe", kNo},
-    {kPlayerData, L"\\x.bat", kNo}, {kPlayerData, L"\\x.scr", kNo}, {kPlayerData, L"\\x.lnk", kNo},
-    {kPlayerData, L"\\x.html", kNo}, {kPlayerData, L"\\x.sol.exe", kNo}, {kPlayerData, L"\\x.solx", kNo},
-    {kPlayerData, L"\\x.so", kNo}, {kPlayerData, L"\\x.ss", kNo}, {kPlayerData, L"\\x.jso", kNo},
-    {kPlayerData, L"\\x.direct", kNo}, {kPlayerData, L"\\xsol", kNo}, {kPlayerData, L"\\x", kNo},
-    {kPlayerData, L"\\x", kYes, 0}, {kPlayerData, L"\\x.sol\\", kNo},
+    {kPlayerData, L"\\x.DlL", kYes}, {kPlayerData, L"\\x.exe.sol", kYes}, {kPlayerData, L"\\Nested\\x.JSON", kYes},
+    {kPlayerData, L"\\x.exe", kNo}, {kPlayerData, L"\\x.lnk", kNo}, {kPlayerData, L"\\x.sol.exe", kNo},
+    {kPlayerData, L"\\x.solx", kNo}, {kPlayerData, L"\\x.so", kNo}, {kPlayerData, L"\\xsol", kNo},
+    {kPlayerData, L"\\x", kNo}, {kPlayerData, L"\\x", kYes, 0}, {kPlayerData, L"\\x.sol\\", kNo},
     {kPlayerData, L"\\x.sol\\", kNo, 0},  // no folder x.sol to walk
-    {kPlayerData, L"\\x.exe", kYes, 0}, {kPlayerData, L"\\x.exe", kYes, 2}, {kPlayerData, L"\\x.exe", kYes, -1},
+    {kPlayerData, L"\\x.exe", kYes, 2}, {kPlayerData, L"\\x.exe", kYes, -1},
 
     // The local application data token, with case, and when it can't expand.
     {kLocalToken, L"\\Halcyonics\\Lumen Player\\x.sol", kIfLocal},
@@ -322,7 +317,8 @@ class HostileWorld {
     std::wstring name = LastName(PathForm(path, true)), longName = LastName(path);
     if (!name.empty() && name != longName && (!sameLength || name.size() == longName.size()))
       return path.substr(0, path.size() - longName.size()) + name;
-    reasons_[static_cast<Root>(roots_.size())] = "no fitting short name for \"" + std::string(longName.begin(), longName.end()) + "\"";
+    reasons_[static_cast<Root>(roots_.size())] =
+        "no fitting short name for \"" + std::string(longName.begin(), longName.end()) + "\"";
     return L"";
   }
 

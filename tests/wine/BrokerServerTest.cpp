@@ -10,15 +10,11 @@
 #include <string>
 #include <vector>
 
-#include "broker/BrokerIdentities.h"
-#include "broker/BrokerRegistration.h"
 #include "broker/win32/BrokerServerLifecycle.h"
 #include "broker/win32/CoLumenBrokerServerFactory.h"
 #include "engine/win32/ComPtr.h"
 #include "engine/win32/ScopedBstr.h"
 #include "engine/win32/ScopedHandle.h"
-#include "engine/win32/WideText.h"
-#include "engine/win32/Win32Registry.h"
 #include "tests/wine/LiveBrokerTest.h"
 #include "tests/wine/WineTestSupport.h"
 
@@ -30,17 +26,6 @@ namespace {
 constexpr DWORD kStaysUpWait = 700;
 
 class BrokerServerTest : public WineTest::LiveBrokerTest {};
-
-TEST_F(BrokerServerTest, RegistrationNamesTheHostThatServes) {
-  Win32Registry registry;
-  std::string path;
-  ASSERT_TRUE(BrokerRegistration::FindBrokerServerPath(registry, path));
-  EXPECT_EQ(path, WineTest::Utf8(HostPath()));
-  // The portable identity is the one the generated header was built from.
-  GUID classId{};
-  CLSIDFromString(ToWide(BrokerIdentities::kServed.classId).c_str(), &classId);
-  EXPECT_EQ(classId, CLSID_LumenBrokerImp6);
-}
 
 // Through the system's IDispatch marshalling: the test proxy only carries the broker's own methods.
 TEST_F(BrokerServerTest, ObjectAnswersTheNewestInterfaceAloneAndDispatchesThroughTheSecondGenerationsView) {

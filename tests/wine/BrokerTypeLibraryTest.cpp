@@ -239,7 +239,8 @@ TEST_F(BrokerTypeLibrary, HostAndGeneratedHeaderAgreeWithTheModulesLibrary) {
   // The C++ vtable that the server fills must put each method where the
   // marshaller, reading the library, will call it.
   EXPECT_EQ(VtableSlot(&ILumenBroker6::BrokerCreateFile), Find(kGenerations[0].interfaceId, L"BrokerCreateFile").slot);
-  EXPECT_EQ(VtableSlot(&ILumenBroker6::BrokerExtTextOutW), Find(kGenerations[2].interfaceId, L"BrokerExtTextOutW").slot);
+  EXPECT_EQ(VtableSlot(&ILumenBroker6::BrokerExtTextOutW),
+            Find(kGenerations[2].interfaceId, L"BrokerExtTextOutW").slot);
   EXPECT_EQ(VtableSlot(&ILumenBroker6::BrokerIsDriveAvailable),
             Find(kGenerations[4].interfaceId, L"BrokerIsDriveAvailable").slot);
   EXPECT_EQ(VtableSlot(&ILumenBroker6::BrokerMMNotificationClientDestroy), 7 + 101);
