@@ -28,18 +28,14 @@ std::wstring Unique(const wchar_t* stem, const wchar_t* extension) {
 
 // Registers a player file as the installed NPAPI kind. The key goes with the
 // object, as the other suites of this prefix remove the product's keys too.
-class InstalledPlugin {
- public:
+struct InstalledPlugin {
+  explicit InstalledPlugin(const std::wstring& playerPath) {
+    for (auto [name, text] : {std::pair(L"PlayerPath", playerPath), std::pair(L"UninstallerPath", kUninstaller)})
+      RegSetKeyValueW(HKEY_LOCAL_MACHINE, kPluginKey.c_str(), name, REG_SZ, text.c_str(),
+                      static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
+  }
   ~InstalledPlugin() { WineTest::DeleteBothViews(kPluginKey); }
-  bool Register(const std::wstring& playerPath) {
-    return Write(L"PlayerPath", playerPath) && Write(L"UninstallerPath", L"C:\\Lumen\\LumenUtil_Plugin.exe");
-  }
-
- private:
-  static bool Write(const wchar_t* name, const std::wstring& text) {
-    return RegSetKeyValueW(HKEY_LOCAL_MACHINE, kPluginKey.c_str(), name, REG_SZ, text.c_str(),
-                           static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))) == ERROR_SUCCESS;
-  }
+  inline static const std::wstring kUninstaller = L"C:\\Lumen\\LumenUtil_Plugin.exe";
 };
 
 class ConflictingProcessesTest : public ::testing::Test {
@@ -69,8 +65,7 @@ class ConflictingProcessesTest : public ::testing::Test {
 
 TEST_F(ConflictingProcessesTest, AProgramHoldingTheInstalledPlayerIsFoundByItsModulesAndShownByItsFriendlyName) {
   std::wstring player = Copy(WineTest::BinaryDirectory() + L"\\lumen_test_control.dll", Unique(L"NPLumen-", L".dll"));
-  InstalledPlugin installed;
-  ASSERT_TRUE(installed.Register(player));
+  InstalledPlugin installed(player);
   LumenBrokerShim& shim =
       Start(L"FriendlyProcessNames { lumen_process_helper \"Player Host\"; }; Host { ConflictCheckIsOptional 0; }");
   WineTest::HelperProcess holder;

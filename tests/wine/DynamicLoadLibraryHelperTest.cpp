@@ -15,7 +15,6 @@
 #include "engine/win32/SrpapiDllHelper.h"
 #include "engine/win32/User32DllHelper.h"
 #include "engine/win32/VersionDllHelper.h"
-#include "engine/win32/Win32Platform.h"
 #include "tests/wine/WineTestSupport.h"
 
 using namespace SASM;
@@ -46,20 +45,6 @@ TYPED_TEST(PresentLibraryHelper, LoadsFromTheSystemDirectoryAndBindsItsWholeTabl
       EXPECT_NE(helper.Function(i), nullptr) << function.name;
     }
   }
-}
-
-TEST(DynamicLoadLibraryHelper, TypedEntriesAreTheFunctionsTheyNameAndTheProcessHelpersAreBuiltWithThePlatform) {
-  Kernel32DllHelper kernel32;
-  EXPECT_EQ(reinterpret_cast<FARPROC>(kernel32.GetTempPathW()),
-            GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "GetTempPathW"));
-  wchar_t text[] = L"abc";
-  EXPECT_EQ(User32DllHelper().CharUpperBuffW()(text, 3), 3u);
-  EXPECT_STREQ(text, L"ABC");
-
-  Win32Platform();
-  EXPECT_NE(ProcessKernel32DllHelper().CreateFileW(), nullptr);
-  EXPECT_NE(ProcessDinput8DllHelper().library(), nullptr);
-  EXPECT_EQ(&ProcessKernel32DllHelper(), &ProcessKernel32DllHelper());
 }
 
 TEST(DynamicLoadLibraryHelper, MissingLibrariesAndFunctionsClearAvailableOnlyWhenRequired) {

@@ -5,7 +5,6 @@
 
 #include <shlobj.h>
 
-#include "engine/win32/Win32Registry.h"
 #include "tests/wine/WineTestSupport.h"
 
 using namespace SASM;
@@ -33,19 +32,6 @@ TEST(LateBoundFunction, BindsFromTheSystemFolderOnceAndBareNamesNeverFromBesideT
   HMODULE module = LateBoundFunction::LoadShellLibrary(WineTest::ModulePath().c_str());
   ASSERT_NE(module, nullptr);
   FreeLibrary(module);
-}
-
-TEST(LateBoundFunction, RegistryTreeDeleteYieldsMinusOneWithoutTheShellFunction) {
-  constexpr char16_t kKey[] = u"Software\\LumenUtilTests\\UnboundDelete";
-  LateBoundFunction unbound(L"shlwapi.dll", "LumenNoSuchDeleteKey");
-  Win32Registry registry(unbound);
-  ASSERT_EQ(registry.CreateKey(RegistryHive::CurrentUser, kKey, RegistryAccess::kAllAccess), 0);
-  EXPECT_EQ(registry.DeleteTree(RegistryHive::CurrentUser, kKey), -1);
-  EXPECT_EQ(registry.OpenKey(RegistryHive::CurrentUser, kKey, RegistryAccess::kRead), 0);
-  // The process's own binding finds SHDeleteKeyW and removes it.
-  EXPECT_NE(Win32Registry::DeleteKeyFunction().Get(), nullptr);
-  EXPECT_EQ(Win32Registry().DeleteTree(RegistryHive::CurrentUser, u"Software\\LumenUtilTests"), 0);
-  EXPECT_EQ(registry.OpenKey(RegistryHive::CurrentUser, kKey, RegistryAccess::kRead), 2);
 }
 
 }  // namespace

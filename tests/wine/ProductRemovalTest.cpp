@@ -11,12 +11,10 @@
 #include <string>
 #include <vector>
 
-#include "broker/BrokerRegistration.h"
 #include "engine/LumenBrokerShim.h"
 #include "engine/win32/ScopedRegKey.h"
 #include "engine/win32/WideText.h"
 #include "engine/win32/Win32Platform.h"
-#include "engine/win32/Win32Registry.h"
 #include "engine/win32/Win32TaskScheduler.h"
 #include "host/ReferenceHost.h"
 #include "removal/NotifierTask.h"
@@ -67,7 +65,8 @@ std::wstring MachineValue(const std::wstring& path, const wchar_t* name) {
       RegQueryValueExW(key.get(), name, nullptr, &type, data, &size) != ERROR_SUCCESS)
     return L"(none)";
   if (type == REG_DWORD) return L"DWORD:" + std::to_wstring(*reinterpret_cast<const DWORD*>(data));
-  return type == REG_SZ ? L"SZ:" + std::wstring(reinterpret_cast<const wchar_t*>(data)) : L"type " + std::to_wstring(type);
+  if (type == REG_SZ) return L"SZ:" + std::wstring(reinterpret_cast<const wchar_t*>(data));
+  return L"type " + std::to_wstring(type);
 }
 
 class ProductRemovalTest : public ::testing::Test {

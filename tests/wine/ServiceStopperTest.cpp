@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
 
 #include "engine/win32/ScopedServiceHandle.h"
@@ -32,7 +31,6 @@ class ServiceStopperTest : public ::testing::Test {
     manager_.reset(OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS));
     ASSERT_TRUE(manager_);
     Uninstall();
-    host_ = std::make_unique<ReferenceHost>(HostOptions(), MString(u""));
   }
   void TearDown() override { Uninstall(); }
 
@@ -58,15 +56,15 @@ class ServiceStopperTest : public ::testing::Test {
   }
 
   bool Stop() {
-    ServiceRunner runner(ServiceRunner::Service::Feedback, MString(u"unused.exe"), *host_, Win32Platform());
-    return ServiceStopper(*host_, Win32Platform()).StopService(runner);
+    ServiceRunner runner(ServiceRunner::Service::Feedback, MString(u"unused.exe"), host_, Win32Platform());
+    return ServiceStopper(host_, Win32Platform()).StopService(runner);
   }
 
-  std::vector<std::string> Reports() { return WineTest::Reports(*host_); }
+  std::vector<std::string> Reports() { return WineTest::Reports(host_); }
 
   ScopedServiceHandle manager_;
   ScopedServiceHandle service_;
-  std::unique_ptr<ReferenceHost> host_;
+  ReferenceHost host_{HostOptions(), MString(u"")};
 };
 
 TEST_F(ServiceStopperTest, AbsentServiceNeedsNoStopAndARunningOneIsStopped) {

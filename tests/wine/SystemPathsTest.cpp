@@ -88,7 +88,8 @@ TEST(WindowsFileManagerOverWin32, ConfigFileInThe32BitSystemDirectoryMovesPlayer
     EXPECT_TRUE(manager.EnableLocalAppData());
     EXPECT_EQ(manager.GetPlayerDataPath(), WineTest::Utf8(Folder(CSIDL_LOCAL_APPDATA) + L"\\Halcyonics\\Lumen Player"));
     // The vendor's caches stay roaming.
-    EXPECT_EQ(manager.GetAssetCachePath(), WineTest::Utf8(Folder(CSIDL_APPDATA) + L"\\Corva\\Lumen Player\\AssetCache"));
+    EXPECT_EQ(manager.GetAssetCachePath(),
+              WineTest::Utf8(Folder(CSIDL_APPDATA) + L"\\Corva\\Lumen Player\\AssetCache"));
   }
   WindowsFileManager::ForgetProcessValues();
 }

