@@ -7,6 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <shlobj.h>
+
+#include <algorithm>
 #include <cstdio>
 #include <iterator>
 #include <map>
@@ -14,8 +17,6 @@
 #include <string>
 #include <vector>
 
-#include "broker/win32/Win32PathPlatform.h"
-#include "engine/ISystem.h"
 #include "engine/VendorIdentity.h"
 #include "engine/WindowsFileManager.h"
 #include "engine/win32/ComPtr.h"
@@ -51,7 +52,6 @@ enum Root {
 enum Form {
   kAsIs,
   kUpper,
-  kLower,
   kSlashes,
   kLong,          // "\\?\" + path
   kLongSlashed,   // "\\?\" + path with "/"
@@ -204,19 +204,14 @@ const Row kRows[] = {
     {kTemp, L"\\x", kYes, 0, kLongSlashed},  // "/" never gets this far: the platform makes it "\"
 
     // The allow-list, with case, and names it must not match.
-    {kPlayerData, L"\\x.txt", kYes}, {kPlayerData, L"\\x.sol", kYes}, {kPlayerData, L"\\x.xml", kYes},
-    {kPlayerData, L"\\x.dat", kYes}, {kPlayerData, L"\\x.tmp", kYes}, {kPlayerData, L"\\x.s", kYes},
-    {kPlayerData, L"\\x.directory", kYes},
+    {kPlayerData, L"\\x.txt", kYes}, {kPlayerData, L"\\x.s", kYes}, {kPlayerData, L"\\x.directory", kYes},
     {kPlayerData, L"\\x.dll", kYes},  // listed on purpose: what is written is sniffed instead
-    {kPlayerData, L"\\x.json", kYes}, {kPlayerData, L"\\x.SOL", kYes}, {kPlayerData, L"\\x.DlL", kYes},
-    {kPlayerData, L"\\x.exe.sol", kYes}, {kPlayerData, L"\\Nested\\x.JSON", kYes}, {kPlayerData, L"\\x.exe", kNo},
-    {kPlayerData, L"\\x.bat", kNo}, {kPlayerData, L"\\x.scr", kNo}, {kPlayerData, L"\\x.lnk", kNo},
-    {kPlayerData, L"\\x.html", kNo}, {kPlayerData, L"\\x.sol.exe", kNo}, {kPlayerData, L"\\x.solx", kNo},
-    {kPlayerData, L"\\x.so", kNo}, {kPlayerData, L"\\x.ss", kNo}, {kPlayerData, L"\\x.jso", kNo},
-    {kPlayerData, L"\\x.direct", kNo}, {kPlayerData, L"\\xsol", kNo}, {kPlayerData, L"\\x", kNo},
-    {kPlayerData, L"\\x", kYes, 0}, {kPlayerData, L"\\x.sol\\", kNo},
+    {kPlayerData, L"\\x.DlL", kYes}, {kPlayerData, L"\\x.exe.sol", kYes}, {kPlayerData, L"\\Nested\\x.JSON", kYes},
+    {kPlayerData, L"\\x.exe", kNo}, {kPlayerData, L"\\x.lnk", kNo}, {kPlayerData, L"\\x.sol.exe", kNo},
+    {kPlayerData, L"\\x.solx", kNo}, {kPlayerData, L"\\x.so", kNo}, {kPlayerData, L"\\xsol", kNo},
+    {kPlayerData, L"\\x", kNo}, {kPlayerData, L"\\x", kYes, 0}, {kPlayerData, L"\\x.sol\\", kNo},
     {kPlayerData, L"\\x.sol\\", kNo, 0},  // no folder x.sol to walk
-    {kPlayerData, L"\\x.exe", kYes, 0}, {kPlayerData, L"\\x.exe", kYes, 2}, {kPlayerData, L"\\x.exe", kYes, -1},
+    {kPlayerData, L"\\x.exe", kYes, 2}, {kPlayerData, L"\\x.exe", kYes, -1},
 
     // The local application data token, with case, and when it can't expand.
     {kLocalToken, L"\\Halcyonics\\Lumen Player\\x.sol", kIfLocal},
@@ -247,8 +242,7 @@ const Row kRows[] = {
 // clang-format on
 
 std::wstring Replaced(std::wstring text, wchar_t from, wchar_t to) {
-  for (wchar_t& unit : text)
-    if (unit == from) unit = to;
+  std::replace(text.begin(), text.end(), from, to);
   return text;
 }
 
@@ -259,7 +253,6 @@ std::wstring Shaped(Form form, const std::wstring& path) {
   switch (form) {
     case kAsIs: return path;
     case kUpper: CharUpperBuffW(cased.data(), static_cast<DWORD>(cased.size())); return cased;
-    case kLower: return WineTest::Lower(path);
     case kSlashes: return Replaced(path, L'\\', L'/');
     case kLong: return L"\\\\?\\" + path;
     case kLongSlashed: return L"\\\\?\\" + Replaced(path, L'\\', L'/');
@@ -270,14 +263,6 @@ std::wstring Shaped(Form form, const std::wstring& path) {
     case kLongUnc: return L"\\\\?\\UNC\\" + share;
   }
   return path;
-}
-
-std::wstring Folder(int csidl) {
-  Win32PathPlatform platform;
-  std::u16string path;
-  if (!platform.GetFolderPath(csidl, path)) return L"";
-  if (!path.empty() && (path.back() == u'\\' || path.back() == u'/')) path.pop_back();
-  return ToWide(path);
 }
 
 // The short or long form the platform gives; empty, or the path as given, when it gives none.
@@ -294,7 +279,7 @@ class HostileWorld {
  public:
   HostileWorld() {
     localData_ = WindowsFileManager(Win32Platform()).EnableLocalAppData();
-    const std::wstring roaming = Folder(Csidl::kAppData), local = Folder(Csidl::kLocalAppData);
+    const std::wstring roaming = WineTest::Folder(CSIDL_APPDATA), local = WineTest::Folder(CSIDL_LOCAL_APPDATA);
     const std::wstring playerData = (localData_ ? local : roaming) + L"\\Halcyonics\\Lumen Player";
     const std::wstring settings = playerData + L"\\" + ToWide(Vendor::kSettingsDirectory);
     wchar_t temp[MAX_PATH];
@@ -330,14 +315,10 @@ class HostileWorld {
   // The data folder + the short name the platform made for the last name of path.
   std::wstring ShortName(const std::wstring& path, bool sameLength) {
     std::wstring name = LastName(PathForm(path, true)), longName = LastName(path);
-    std::string shown(longName.begin(), longName.end());
-    Root root = static_cast<Root>(roots_.size());
-    if (name.empty() || name == longName)
-      reasons_[root] = "no short name for \"" + shown + "\"";
-    else if (sameLength && name.size() != longName.size())
-      reasons_[root] = "the short name of \"" + shown + "\" is not as long";
-    else
+    if (!name.empty() && name != longName && (!sameLength || name.size() == longName.size()))
       return path.substr(0, path.size() - longName.size()) + name;
+    reasons_[static_cast<Root>(roots_.size())] =
+        "no fitting short name for \"" + std::string(longName.begin(), longName.end()) + "\"";
     return L"";
   }
 

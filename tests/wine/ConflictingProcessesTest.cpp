@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "engine/LumenBrokerShim.h"
@@ -27,45 +26,23 @@ std::wstring Unique(const wchar_t* stem, const wchar_t* extension) {
   return stem + std::to_wstring(GetCurrentProcessId()) + extension;
 }
 
-std::optional<std::wstring> StoredList() {
-  wchar_t buffer[1024] = {};
-  DWORD size = sizeof(buffer) - sizeof(wchar_t);
-  if (RegGetValueW(HKEY_CURRENT_USER, ToWide(ConflictingProcesses::kStoreKey).c_str(),
-                   ToWide(ConflictingProcesses::kStoreValue).c_str(), RRF_RT_REG_SZ, nullptr, buffer,
-                   &size) != ERROR_SUCCESS)
-    return std::nullopt;
-  return std::wstring(buffer);
-}
-
 // Registers a player file as the installed NPAPI kind. The key goes with the
 // object, as the other suites of this prefix remove the product's keys too.
-class InstalledPlugin {
- public:
+struct InstalledPlugin {
+  explicit InstalledPlugin(const std::wstring& playerPath) {
+    for (auto [name, text] : {std::pair(L"PlayerPath", playerPath), std::pair(L"UninstallerPath", kUninstaller)})
+      RegSetKeyValueW(HKEY_LOCAL_MACHINE, kPluginKey.c_str(), name, REG_SZ, text.c_str(),
+                      static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
+  }
   ~InstalledPlugin() { WineTest::DeleteBothViews(kPluginKey); }
-  bool Register(const std::wstring& playerPath) {
-    return Write(L"PlayerPath", playerPath) && Write(L"UninstallerPath", L"C:\\Lumen\\LumenUtil_Plugin.exe");
-  }
-
- private:
-  static bool Write(const wchar_t* name, const std::wstring& text) {
-    return RegSetKeyValueW(HKEY_LOCAL_MACHINE, kPluginKey.c_str(), name, REG_SZ, text.c_str(),
-                           static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))) == ERROR_SUCCESS;
-  }
+  inline static const std::wstring kUninstaller = L"C:\\Lumen\\LumenUtil_Plugin.exe";
 };
 
 class ConflictingProcessesTest : public ::testing::Test {
  protected:
-  ConflictingProcessesTest() { tree_.Directory(directory_); }
-  ~ConflictingProcessesTest() override {
-    world_.reset();
-    for (const std::wstring& copy : copies_) DeleteFileW(copy.c_str());
-  }
-
-  // A copy that goes when the test ends.
   std::wstring Copy(const std::wstring& from, const std::wstring& name) {
-    std::wstring to = directory_ + L"\\" + name;
-    EXPECT_TRUE(CopyFileW(from.c_str(), to.c_str(), FALSE));
-    copies_.push_back(to);
+    std::wstring to = WineTest::TestDirectory(L"Conflicts\\") + name;
+    EXPECT_TRUE(tree_.Copy(from, to));
     return to;
   }
 
@@ -82,16 +59,13 @@ class ConflictingProcessesTest : public ::testing::Test {
     return "";
   }
 
-  std::wstring directory_ = WineTest::TestDirectory(L"Conflicts");
   WineTest::TempTree tree_;
-  std::vector<std::wstring> copies_;
   std::unique_ptr<WineTest::HostedShim> world_;
 };
 
 TEST_F(ConflictingProcessesTest, AProgramHoldingTheInstalledPlayerIsFoundByItsModulesAndShownByItsFriendlyName) {
   std::wstring player = Copy(WineTest::BinaryDirectory() + L"\\lumen_test_control.dll", Unique(L"NPLumen-", L".dll"));
-  InstalledPlugin installed;
-  ASSERT_TRUE(installed.Register(player));
+  InstalledPlugin installed(player);
   LumenBrokerShim& shim =
       Start(L"FriendlyProcessNames { lumen_process_helper \"Player Host\"; }; Host { ConflictCheckIsOptional 0; }");
   WineTest::HelperProcess holder;
@@ -121,7 +95,6 @@ TEST_F(ConflictingProcessesTest, TheActiveXHelperIsEndedButNotListed) {
   WineTest::HelperProcess running;
   ASSERT_TRUE(running.Run(helper));
   ScopedHandle process(OpenProcess(SYNCHRONIZE | PROCESS_QUERY_LIMITED_INFORMATION, FALSE, running.Id()));
-  ASSERT_TRUE(process);
   std::unique_ptr<MStringList> found(shim.FindConflicts(8));
   ASSERT_NE(found, nullptr);
   EXPECT_EQ(EntryOf(*found, WineTest::Lower(helperName.substr(0, helperName.size() - 4))), "");
@@ -129,16 +102,6 @@ TEST_F(ConflictingProcessesTest, TheActiveXHelperIsEndedButNotListed) {
   DWORD code = 1;
   GetExitCodeProcess(process.get(), &code);
   EXPECT_EQ(code, 0u);
-}
-
-TEST_F(ConflictingProcessesTest, AStoredListIsFoundOnceThenGone) {
-  LumenBrokerShim& shim = Start(L"PluginConflicts { lumen_wine_tests \"Wine Suite\"; }; "
-                                L"Host { ConflictCheckIsOptional 1; RestartRequired 1; }");
-  ASSERT_TRUE(shim.StoreConflicts(16));
-  EXPECT_EQ(StoredList(), std::optional<std::wstring>(L"Wine Suite"));
-  EXPECT_TRUE(shim.HasStoredConflicts());
-  EXPECT_FALSE(shim.HasStoredConflicts());
-  EXPECT_EQ(StoredList(), std::nullopt);
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -24,109 +23,57 @@ namespace {
 
 constexpr wchar_t kSessionManager[] = L"SYSTEM\\CurrentControlSet\\Control\\Session Manager";
 
-// The strings of PendingFileRenameOperations, empty ones included.
-std::vector<std::wstring> PendingRenames() {
-  std::vector<std::wstring> strings;
-  ScopedRegKey key;
-  if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, kSessionManager, 0, KEY_READ, key.receive()) != ERROR_SUCCESS) return strings;
-  DWORD type = 0, size = 0;
-  if (RegQueryValueExW(key.get(), L"PendingFileRenameOperations", nullptr, &type, nullptr, &size) != ERROR_SUCCESS)
-    return strings;
-  std::wstring data(size / sizeof(wchar_t), L'\0');
-  RegQueryValueExW(key.get(), L"PendingFileRenameOperations", nullptr, &type, reinterpret_cast<BYTE*>(data.data()),
-                   &size);
-  // Pairs of source and target; the list ends at the extra terminator.
-  size_t at = 0;
-  while (at < data.size()) {
-    size_t end = data.find(L'\0', at);
-    if (end == std::wstring::npos) end = data.size();
-    strings.push_back(data.substr(at, end - at));
-    at = end + 1;
-    if (strings.size() % 2 == 0 && (at >= data.size() || data[at] == L'\0')) break;
-  }
-  return strings;
+// A value of the session manager, raw; false when absent.
+bool ReadValue(const wchar_t* name, DWORD& type, std::string& bytes) {
+  DWORD size = 0;
+  if (RegGetValueW(HKEY_LOCAL_MACHINE, kSessionManager, name, RRF_RT_ANY, &type, nullptr, &size) != ERROR_SUCCESS)
+    return false;
+  bytes.resize(size);
+  return RegGetValueW(HKEY_LOCAL_MACHINE, kSessionManager, name, RRF_RT_ANY, &type, bytes.data(), &size) ==
+         ERROR_SUCCESS;
 }
 
-// Takes the pairs whose source names this path out of the queue again.
-void ForgetPendingRename(const std::wstring& ntPath) {
-  std::vector<std::wstring> strings = PendingRenames();
-  std::wstring kept;
-  for (size_t i = 0; i + 1 < strings.size(); i += 2) {
-    if (_wcsicmp(strings[i].c_str(), ntPath.c_str()) == 0) continue;
-    kept += strings[i] + L'\0' + strings[i + 1] + L'\0';
+// Keeps a value of the session manager as it was and puts it back when the test ends.
+class SavedValue {
+ public:
+  explicit SavedValue(const wchar_t* name) : name_(name) { present_ = ReadValue(name, type_, bytes_); }
+  ~SavedValue() {
+    ScopedRegKey key;
+    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, kSessionManager, 0, KEY_SET_VALUE, key.receive()) != ERROR_SUCCESS) return;
+    if (!present_) RegDeleteValueW(key.get(), name_);
+    else RegSetValueExW(key.get(), name_, 0, type_, reinterpret_cast<const BYTE*>(bytes_.data()),
+                        static_cast<DWORD>(bytes_.size()));
   }
-  ScopedRegKey key;
-  if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, kSessionManager, 0, KEY_ALL_ACCESS, key.receive()) != ERROR_SUCCESS) return;
-  if (kept.empty()) {
-    RegDeleteValueW(key.get(), L"PendingFileRenameOperations");
-    return;
-  }
-  kept += L'\0';
-  RegSetValueExW(key.get(), L"PendingFileRenameOperations", 0, REG_MULTI_SZ, reinterpret_cast<const BYTE*>(kept.data()),
-                 static_cast<DWORD>(kept.size() * sizeof(wchar_t)));
-}
 
-bool HasValue(const wchar_t* name) {
-  ScopedRegKey key;
-  return RegOpenKeyExW(HKEY_LOCAL_MACHINE, kSessionManager, 0, KEY_READ, key.receive()) == ERROR_SUCCESS &&
-         RegQueryValueExW(key.get(), name, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
-}
-
-class FileReplacerTest : public ::testing::Test {
- protected:
-  void SetUp() override {
-    hadAllowValue_ = HasValue(L"AllowProtectedRenames");
-  }
-  void TearDown() override {
-    for (const std::wstring& path : queued_) ForgetPendingRename(L"\\??\\" + path);
-    if (!hadAllowValue_) {
-      ScopedRegKey key;
-      if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, kSessionManager, 0, KEY_ALL_ACCESS, key.receive()) == ERROR_SUCCESS)
-        RegDeleteValueW(key.get(), L"AllowProtectedRenames");
-    }
-  }
-  std::wstring MakeFile(const wchar_t* name) {
-    std::wstring path = directory_ + L"\\" + name;
-    tree_.File(path, "player file");
-    return path;
-  }
-  FileReplacer Replacer() { return FileReplacer(*world_.shim, world_.shim->GetPlatform()); }
-
-  WineTest::TempTree tree_;
-  std::wstring directory_ = WineTest::TestDirectory(L"Replace");
-  std::vector<std::wstring> queued_;
-  bool hadAllowValue_ = false;
-  WineTest::HostedShim world_;
+ private:
+  const wchar_t* name_;
+  bool present_ = false;
+  DWORD type_ = 0;
+  std::string bytes_;
 };
 
-TEST_F(FileReplacerTest, FileHeldByAnotherProcessIsLockedAndQueuedForRestart) {
-  std::wstring path = MakeFile(L"NPLumenHeld.dll");
+TEST(FileReplacerTest, FileHeldByAnotherProcessIsLockedAndQueuedForRestart) {
+  SavedValue renames(L"PendingFileRenameOperations"), allow(L"AllowProtectedRenames");
+  WineTest::HostedShim world;
+  WineTest::TempTree tree;
+  std::wstring path = WineTest::TestDirectory(L"Replace\\NPLumenHeld.dll");
+  tree.File(path, "player file");
   MString text{FromWide(path.c_str())};
   WineTest::HelperProcess holder;
   ASSERT_TRUE(holder.Hold(path));
-  EXPECT_EQ(Replacer().TestFileLocked(512, text), FileReplacer::kLockedWithContent);
-  queued_.push_back(path);
-  EXPECT_EQ(Replacer().ReplaceFile(text, 16), 32);
+  FileReplacer replacer(*world.shim, world.shim->GetPlatform());
+  EXPECT_EQ(replacer.TestFileLocked(512, text), FileReplacer::kLockedWithContent);
+  EXPECT_EQ(replacer.ReplaceFile(text, 16), 32);
 
-  std::vector<std::wstring> renames = PendingRenames();
-  bool found = false;
-  for (size_t i = 0; i + 1 < renames.size(); i += 2) {
-    if (renames[i] == L"\\??\\" + path) found = renames[i + 1].empty();
-  }
-  EXPECT_TRUE(found) << "the queue holds \\??\\path with an empty target";
-  EXPECT_TRUE(HasValue(L"AllowProtectedRenames"));
+  DWORD type = 0;
+  std::string queue, unused;
+  ASSERT_TRUE(ReadValue(L"PendingFileRenameOperations", type, queue));
+  const std::wstring entry = L"\\??\\" + path + std::wstring(2, L'\0');  // an empty target: delete at restart
+  EXPECT_NE(std::wstring(reinterpret_cast<const wchar_t*>(queue.data()), queue.size() / 2).find(entry),
+            std::wstring::npos);
+  EXPECT_TRUE(ReadValue(L"AllowProtectedRenames", type, unused));
   std::string line = "1015 1 " + text.ToUtf8() + " 20";
-  EXPECT_EQ(WineTest::Reports(world_.host), (std::vector<std::string>{"20 0 " + text.ToUtf8(), line, line}));
-}
-
-TEST_F(FileReplacerTest, HeldFileTheHostNamedAsFreshStaysOutOfTheQueue) {
-  std::wstring path = MakeFile(L"LumenUtil_Pepper.exe");
-  world_.shim->AddExtraPepperFile(MString(u"LumenUtil_Pepper.exe"));
-  WineTest::HelperProcess holder;
-  ASSERT_TRUE(holder.Hold(path));
-  size_t before = PendingRenames().size();
-  EXPECT_EQ(Replacer().ReplaceFile(MString(FromWide(path.c_str())), 32768), 32);
-  EXPECT_EQ(PendingRenames().size(), before);
+  EXPECT_EQ(WineTest::Reports(world.host), (std::vector<std::string>{"20 0 " + text.ToUtf8(), line, line}));
 }
 
 }  // namespace

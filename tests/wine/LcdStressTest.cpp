@@ -33,6 +33,10 @@ constexpr char kSuffixes[] = "::4\0::1";
 
 struct Counts {
   unsigned sent = 0, received = 0, unanswered = 0, busy = 0, churns = 0, pruned = 0;
+  void operator+=(const Counts& o) {
+    sent += o.sent, received += o.received, unanswered += o.unanswered, busy += o.busy, churns += o.churns,
+        pruned += o.pruned;
+  }
 };
 
 // One participant, its standard output and error caught in a pipe.
@@ -206,12 +210,7 @@ TEST_F(LcdStressTest, ParticipantsRacingForTheSlotLoseNothingAndLeaveTheListWhol
     // Every participant must have done real work both ways.
     EXPECT_GT(counts.sent, 0u) << "participant " << i << ": " << output;
     EXPECT_GT(counts.received, 0u) << "participant " << i << ": " << output;
-    total.sent += counts.sent;
-    total.received += counts.received;
-    total.unanswered += counts.unanswered;
-    total.busy += counts.busy;
-    total.churns += counts.churns;
-    total.pruned += counts.pruned;
+    total += counts;
   }
   // Each left the list before taking its last message, so nothing can be in flight.
   EXPECT_EQ(total.received, total.sent);

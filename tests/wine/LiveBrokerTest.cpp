@@ -32,13 +32,6 @@ bool LiveBrokerTest::AllServersEnded(DWORD timeout) {
 
 HRESULT LiveBrokerTest::Activate(ComPtr<ILumenBroker6>& broker) { return BrokerActivation::Activate(broker); }
 
-HRESULT LiveBrokerTest::ClassObject(ComPtr<IClassFactory>& factory) {
-  return BrokerActivation::WithRetries([&] {
-    return CoGetClassObject(CLSID_LumenBrokerImp6, CLSCTX_LOCAL_SERVER, nullptr, IID_IClassFactory,
-                            factory.receiveVoid());
-  });
-}
-
 void LiveBrokerTest::SetUpTestSuite() {
   CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
   BrokerActivation::Register(HostPath());

@@ -29,7 +29,6 @@ class LiveBrokerTest : public ::testing::Test {
   static bool AllServersEnded(DWORD timeout = kExitWait);
   // COM activation races with a server that is quitting; both try again a few times.
   static HRESULT Activate(ComPtr<ILumenBroker6>& broker);
-  static HRESULT ClassObject(ComPtr<IClassFactory>& factory);
 
  protected:
   static void SetUpTestSuite();

@@ -6,11 +6,11 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
 
 #include "engine/win32/WideText.h"
 #include "engine/win32/Win32Platform.h"
+#include "engine/win32/Win32ProcessLauncher.h"
 #include "host/ReferenceHost.h"
 #include "tests/wine/WineTestSupport.h"
 
@@ -18,62 +18,48 @@ using namespace SASM;
 
 namespace {
 
-using WineTest::ReadAll;
-
 class ServiceRunnerTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    directory_ = WineTest::TestDirectory(L"Runner");
     tree_.Directory(directory_);
-    standIn_ = directory_ + L"\\LumenPlayerUpdateService.exe";
     ASSERT_TRUE(CopyFileW((WineTest::BinaryDirectory() + L"\\lumen_service_standin.exe").c_str(), standIn_.c_str(),
                           FALSE));
-    host_ = std::make_unique<ReferenceHost>(HostOptions(), MString(u""));
   }
   void TearDown() override {
-    for (const wchar_t* suffix : {L"", L".switches", L".exitcode"}) DeleteFileW((standIn_ + suffix).c_str());
+    for (const wchar_t* suffix : {L"", L".switches"}) DeleteFileW((standIn_ + suffix).c_str());
   }
 
-  ServiceRunner Runner() {
-    return ServiceRunner(ServiceRunner::Service::Update, MString(FromWide(standIn_.c_str())), *host_,
-                         Win32Platform());
+  ServiceRunner Runner(const std::wstring& path) {
+    return ServiceRunner(ServiceRunner::Service::Update, MString(FromWide(path.c_str())), host_, Win32Platform());
   }
-  void ChooseExitCode(const char* code) {
-    HANDLE file = CreateFileW((standIn_ + L".exitcode").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-    DWORD written = 0;
-    WriteFile(file, code, static_cast<DWORD>(strlen(code)), &written, nullptr);
-    CloseHandle(file);
-  }
-  std::string Switches() const { return ReadAll(standIn_ + L".switches"); }
+  std::string Switches() const { return WineTest::ReadAll(standIn_ + L".switches"); }
 
   WineTest::TempTree tree_;
-  std::wstring directory_, standIn_;
-  std::unique_ptr<ReferenceHost> host_;
+  std::wstring directory_ = WineTest::TestDirectory(L"Runner");
+  std::wstring standIn_ = directory_ + L"\\LumenPlayerUpdateService.exe";
+  ReferenceHost host_{HostOptions(), MString(u"")};
 };
 
 TEST_F(ServiceRunnerTest, RunIsWaitedForAndJudgedByItsExitCode) {
-  EXPECT_TRUE(Runner().RunUninstallCommand());
+  EXPECT_TRUE(Runner(standIn_).RunUninstallCommand());
   EXPECT_EQ(Switches(), "-uninstall\n");
-  ChooseExitCode("4");
-  EXPECT_FALSE(Runner().RunAnalyticsCommand());
+  tree_.File(standIn_ + L".exitcode", "4");
+  EXPECT_FALSE(Runner(standIn_).RunAnalyticsCommand());
   EXPECT_EQ(Switches(), "-uninstall\n-enableAnalytics\n");
-  EXPECT_EQ(host_->Log().Count(), 0);
-}
-
-TEST_F(ServiceRunnerTest, NotifyModeRunsBothSwitches) {
-  EXPECT_TRUE(Runner().SetUpdateMode(1));
-  EXPECT_EQ(Switches(), "-uninstall\n-setNotifyAutoUpdate\n");
+  EXPECT_EQ(host_.Log().Count(), 0);
+  // The shell's run is waited for too.
+  EXPECT_TRUE(Win32ProcessLauncher().ShellExecuteAndWait(FromWide(standIn_.c_str()), u"/q /X {0}"));
+  EXPECT_EQ(Switches(), "-uninstall\n-enableAnalytics\n/q /X {0}\n");
 }
 
 TEST_F(ServiceRunnerTest, MissingExecutableReportsItsStartFailure) {
-  std::wstring absent = directory_ + L"\\FeedbackSvc.exe";
-  ServiceRunner runner(ServiceRunner::Service::Feedback, MString(FromWide(absent.c_str())), *host_, Win32Platform());
+  ServiceRunner runner = Runner(directory_ + L"\\FeedbackSvc.exe");
   EXPECT_FALSE(runner.RunUninstallCommand());
   EXPECT_FALSE(runner.RunServiceCommandUnjudged(u"-uninstall"));
-  ASSERT_EQ(host_->Log().Count(), 2);
-  EXPECT_EQ(host_->Log().Entries()[0].code, 1118);
-  EXPECT_EQ(host_->Log().Entries()[1].code, 1739);
-  EXPECT_EQ(host_->Log().Entries()[1].text.ToUtf8(), "2");  // the file is missing, in decimal
+  ASSERT_EQ(host_.Log().Count(), 2);
+  EXPECT_EQ(host_.Log().Entries()[0].code, 1118);
+  EXPECT_EQ(host_.Log().Entries()[1].code, 1739);
+  EXPECT_EQ(host_.Log().Entries()[1].text.ToUtf8(), "2");  // the file is missing, in decimal
 }
 
 }  // namespace

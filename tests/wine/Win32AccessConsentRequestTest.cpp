@@ -7,35 +7,12 @@
 
 using namespace SASM;
 
-namespace {
-
-// A window of this thread for the prompt to be owned by.
-class OwnerWindow {
- public:
-  OwnerWindow()
-      : window_(CreateWindowExW(0, L"STATIC", L"owner", 0, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr)) {}
-  ~OwnerWindow() {
-    if (window_) DestroyWindow(window_);
-  }
-  HWND get() const { return window_; }
-
- private:
-  HWND window_;
-};
-
-}  // namespace
-
-TEST(Win32AccessConsentRequest, AnUnreachablePolicyManagerRefuses) {
-  OwnerWindow owner;
-  ASSERT_NE(owner.get(), nullptr);
-  EXPECT_FALSE(
-      Win32AccessConsentRequest::Ask(owner.get(), L"corp.example", L"", L"q3.xlsx", L"https://upload.example"));
-}
-
-TEST(Win32AccessConsentRequest, MissingIdentitiesAndNoWindowAreRefusedWithoutAsking) {
-  OwnerWindow owner;
-  EXPECT_FALSE(Win32AccessConsentRequest::Ask(owner.get(), nullptr, L"", L"q3.xlsx", L""));
-  EXPECT_FALSE(Win32AccessConsentRequest::Ask(owner.get(), L"corp.example", nullptr, L"q3.xlsx", L""));
+TEST(Win32AccessConsentRequest, EveryRequestIsRefusedWithoutAPolicyManager) {
+  HWND owner = CreateWindowExW(0, L"STATIC", L"owner", 0, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
+  ASSERT_NE(owner, nullptr);
+  EXPECT_FALSE(Win32AccessConsentRequest::Ask(owner, L"corp.example", L"", L"q3.xlsx", L"https://upload.example"));
+  EXPECT_FALSE(Win32AccessConsentRequest::Ask(owner, nullptr, L"", L"q3.xlsx", L""));
+  EXPECT_FALSE(Win32AccessConsentRequest::Ask(owner, L"corp.example", nullptr, L"q3.xlsx", L""));
   EXPECT_FALSE(Win32AccessConsentRequest::Ask(nullptr, L"corp.example", L"", L"q3.xlsx", L""));
-  EXPECT_FALSE(Win32AccessConsentRequest::Ask(reinterpret_cast<HWND>(-1), L"corp.example", L"", L"q3.xlsx", L""));
+  DestroyWindow(owner);
 }

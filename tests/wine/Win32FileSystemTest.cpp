@@ -11,11 +11,7 @@ using namespace SASM;
 
 namespace {
 
-std::wstring TempDirectory() {
-  wchar_t buffer[MAX_PATH + 1];
-  DWORD n = GetTempPathW(MAX_PATH + 1, buffer);
-  return std::wstring(buffer, n) + L"LumenFileSystemTest";
-}
+std::wstring TempDirectory() { return WineTest::TestDirectory(L"FileSystem"); }
 
 TEST(Win32FileSystem, FileHeldWithoutSharingAnswers32AndMissingOnes2Or3) {
   WineTest::TempTree tree;

@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "broker/BrokerPathPolicy.h"
 #include "engine/win32/WideText.h"
 #include "tests/wine/WineTestSupport.h"
 
@@ -19,7 +18,7 @@ namespace {
 constexpr uint32_t kGetReparsePoint = 0x900A8;  // FSCTL_GET_REPARSE_POINT
 constexpr uint32_t kObjCaseInsensitive = 64;
 
-TEST(Win32PathPlatform, FullPathKeepsTheBufferConventions) {
+TEST(Win32PathPlatform, FullPathKeepsTheBufferConventionsAndTheDriveIsALinkToADevice) {
   Win32PathPlatform platform;
   std::u16string full = u"untouched";
   EXPECT_EQ(platform.GetFullPathName(u"C:\\a\\..\\b\\c.txt", 260, full), 10u);
@@ -28,10 +27,8 @@ TEST(Win32PathPlatform, FullPathKeepsTheBufferConventions) {
   full = u"untouched";
   EXPECT_EQ(platform.GetFullPathName(u"C:\\b\\c.txt", 5, full), 11u);
   EXPECT_EQ(full, u"untouched");
-}
 
-TEST(Win32PathPlatform, DriveIsALinkObjectWithADeviceTarget) {
-  Win32PathPlatform platform;
+  // The drive is a link object with a device target.
   PathPlatform::Handle link = nullptr;
   ASSERT_TRUE(platform.OpenSymbolicLinkObject(u"\\??\\c:", 0xF0001, kObjCaseInsensitive, link));
   std::u16string target;

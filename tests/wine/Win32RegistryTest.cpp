@@ -53,22 +53,7 @@ TEST_P(Win32RegistryTest, ValuesRoundTripWideNarrowAndNumeric) {
   EXPECT_EQ(wide, u"default");
 }
 
-TEST_P(Win32RegistryTest, ErrorsAreThePlatformsNumbers) {
-  RegistryHive hive = GetParam();
-  std::u16string key = root_ + u"\\Errors";
-  std::u16string text;
-  uint32_t number = 0;
-  EXPECT_EQ(registry_.OpenKey(hive, key, RegistryAccess::kRead), 2);
-  EXPECT_EQ(registry_.ReadString(hive, key, u"x", text), 2);
-  ASSERT_EQ(registry_.SetDword(hive, key, u"Number", 1), 0);
-  EXPECT_EQ(registry_.ReadString(hive, key, u"Number", text), 1804);
-  EXPECT_EQ(registry_.ReadDword(hive, key, u"Absent", number), 2);
-  EXPECT_EQ(registry_.DeleteValue(hive, key, u"Number"), 0);
-  EXPECT_EQ(registry_.DeleteValue(hive, key, u"Number"), 2);
-  EXPECT_EQ(registry_.DeleteTree(hive, key + u"\\Absent"), 2);
-}
-
-TEST_P(Win32RegistryTest, TreeDeleteRemovesEverySubkey) {
+TEST_P(Win32RegistryTest, TreeDeleteRemovesEverySubkeyAndErrorsAreThePlatformsNumbers) {
   RegistryHive hive = GetParam();
   ASSERT_EQ(registry_.CreateKey(hive, root_ + u"\\Tree\\Alpha\\Deep", RegistryAccess::kAllAccess), 0);
   ASSERT_EQ(registry_.SetDword(hive, root_ + u"\\Tree\\Beta", u"v", 1), 0);
@@ -80,6 +65,16 @@ TEST_P(Win32RegistryTest, TreeDeleteRemovesEverySubkey) {
   EXPECT_EQ(registry_.OpenKey(hive, root_ + u"\\Tree\\Alpha\\Deep", RegistryAccess::kRead), 2);
   EXPECT_EQ(registry_.OpenKey(hive, root_ + u"\\Tree", RegistryAccess::kRead), 2);
   EXPECT_EQ(registry_.OpenKey(hive, root_, RegistryAccess::kRead), 0);
+  EXPECT_EQ(registry_.DeleteTree(hive, root_ + u"\\Tree"), 2);
+
+  std::u16string key = root_ + u"\\Errors", text;
+  uint32_t number = 0;
+  EXPECT_EQ(registry_.ReadString(hive, key, u"x", text), 2);
+  ASSERT_EQ(registry_.SetDword(hive, key, u"Number", 1), 0);
+  EXPECT_EQ(registry_.ReadString(hive, key, u"Number", text), 1804);
+  EXPECT_EQ(registry_.ReadDword(hive, key, u"Absent", number), 2);
+  EXPECT_EQ(registry_.DeleteValue(hive, key, u"Number"), 0);
+  EXPECT_EQ(registry_.DeleteValue(hive, key, u"Number"), 2);
 }
 
 INSTANTIATE_TEST_SUITE_P(BothHives, Win32RegistryTest,

@@ -14,9 +14,7 @@
 namespace SASM::WineTest {
 
 std::wstring BinaryDirectory() {
-  wchar_t buffer[MAX_PATH];
-  DWORD n = GetModuleFileNameW(nullptr, buffer, MAX_PATH);
-  std::wstring path(buffer, n);
+  std::wstring path = ModuleFile(nullptr);
   return path.substr(0, path.find_last_of(L'\\'));
 }
 
@@ -24,14 +22,12 @@ std::wstring ModulePath() { return BinaryDirectory() + L"\\LumenUtil.dll"; }
 
 std::wstring SystemDirectory() {
   wchar_t buffer[MAX_PATH];
-  UINT n = GetSystemDirectoryW(buffer, MAX_PATH);
-  return std::wstring(buffer, n);
+  return std::wstring(buffer, GetSystemDirectoryW(buffer, MAX_PATH));
 }
 
 std::wstring WindowsDirectory() {
   wchar_t buffer[MAX_PATH];
-  UINT n = GetWindowsDirectoryW(buffer, MAX_PATH);
-  return std::wstring(buffer, n);
+  return std::wstring(buffer, GetWindowsDirectoryW(buffer, MAX_PATH));
 }
 
 std::wstring Folder(int csidl) {
@@ -46,8 +42,7 @@ std::wstring RoamingFolder() { return Folder(CSIDL_APPDATA); }
 
 std::wstring TestDirectory(const wchar_t* name) {
   wchar_t temp[MAX_PATH];
-  DWORD n = GetTempPathW(MAX_PATH, temp);
-  return std::wstring(temp, n) + L"LumenUtilTests\\" + name;
+  return std::wstring(temp, GetTempPathW(MAX_PATH, temp)) + L"LumenUtilTests\\" + name;
 }
 
 std::wstring Lower(std::wstring text) {
@@ -55,10 +50,11 @@ std::wstring Lower(std::wstring text) {
   return text;
 }
 
+std::string Utf8(const std::wstring& text) { return MString(FromWide(text.c_str())).ToUtf8(); }
+
 std::wstring ModuleFile(HMODULE module) {
   wchar_t buffer[MAX_PATH];
-  DWORD n = GetModuleFileNameW(module, buffer, MAX_PATH);
-  return std::wstring(buffer, n);
+  return std::wstring(buffer, GetModuleFileNameW(module, buffer, MAX_PATH));
 }
 
 bool FileExists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
@@ -172,7 +168,10 @@ void ForgetProductRegistration() {
 }
 
 TempTree::~TempTree() {
-  for (auto it = files_.rbegin(); it != files_.rend(); ++it) DeleteFileW(it->c_str());
+  for (auto it = files_.rbegin(); it != files_.rend(); ++it) {
+    SetFileAttributesW(it->c_str(), FILE_ATTRIBUTE_NORMAL);
+    DeleteFileW(it->c_str());
+  }
   for (auto it = directories_.rbegin(); it != directories_.rend(); ++it) RemoveDirectoryW(it->c_str());
 }
 
@@ -196,13 +195,11 @@ void TempTree::File(const std::wstring& path, const std::string& content) {
   files_.push_back(path);
 }
 
-MovedAside::MovedAside(std::wstring path) : path_(std::move(path)) {
-  moved_ = GetFileAttributesW(path_.c_str()) != INVALID_FILE_ATTRIBUTES &&
-           MoveFileExW(path_.c_str(), (path_ + L".aside").c_str(), 0);
-}
-
-MovedAside::~MovedAside() {
-  if (moved_) MoveFileExW((path_ + L".aside").c_str(), path_.c_str(), 0);
+bool TempTree::Copy(const std::wstring& from, const std::wstring& to) {
+  Directory(to.substr(0, to.find_last_of(L'\\')));
+  if (!CopyFileW(from.c_str(), to.c_str(), FALSE)) return false;
+  files_.push_back(to);
+  return true;
 }
 
 }  // namespace SASM::WineTest

@@ -27,6 +27,7 @@ std::wstring Folder(int csidl);
 // temp\LumenUtilTests\name: where a test makes its files.
 std::wstring TestDirectory(const wchar_t* name);
 std::wstring Lower(std::wstring text);
+std::string Utf8(const std::wstring& text);
 std::wstring ModuleFile(HMODULE module);
 
 bool FileExists(const std::wstring& path);
@@ -91,23 +92,12 @@ class TempTree {
   // Creates every missing directory of path.
   void Directory(const std::wstring& path);
   void File(const std::wstring& path, const std::string& content = "");
+  // Copies from into to, which goes with the tree even when protection made it read-only.
+  bool Copy(const std::wstring& from, const std::wstring& to);
 
  private:
   std::vector<std::wstring> files_;
   std::vector<std::wstring> directories_;
-};
-
-// Keeps a path out of the way for one test (a demo run may have left it) and puts it back.
-class MovedAside {
- public:
-  explicit MovedAside(std::wstring path);
-  MovedAside(const MovedAside&) = delete;
-  MovedAside& operator=(const MovedAside&) = delete;
-  ~MovedAside();
-
- private:
-  std::wstring path_;
-  bool moved_ = false;
 };
 
 }  // namespace SASM::WineTest

@@ -1,37 +1,34 @@
-// A service for the Wine suite that takes a chosen time to stop.
-//   lumen_test_service NAME STOP_MS   run by the service control manager as service NAME;
-//                                     a stop control is answered with "stop pending" for
-//                                     STOP_MS milliseconds before the service stops
+// A service for the Wine suite.
+//   lumen_test_service NAME   run by the service control manager as service NAME;
+//                             a stop control is answered with "stop pending", then it stops
 #include "engine/win32/WindowsApi.h"
 
 #include <cwchar>
-#include <cwctype>
 
 #include "engine/win32/ScopedHandle.h"
 
 namespace {
 
 constexpr int kUsage = 3;
-constexpr DWORD kPendingReportMs = 500;
 
 wchar_t g_name[256];
-DWORD g_stopMs = 0;
 SERVICE_STATUS_HANDLE g_status = nullptr;
 SASM::ScopedHandle g_stopRequested;
 
-void Report(DWORD state, DWORD checkPoint = 0, DWORD waitHint = 0) {
+void Report(DWORD state, DWORD checkPoint = 0) {
   SERVICE_STATUS status = {};
   status.dwServiceType = SERVICE_WIN32_OWN_PROCESS;
   status.dwCurrentState = state;
   status.dwControlsAccepted = state == SERVICE_RUNNING ? SERVICE_ACCEPT_STOP : 0;
   status.dwCheckPoint = checkPoint;
-  status.dwWaitHint = waitHint;
+  status.dwWaitHint = checkPoint ? 1000 : 0;
   SetServiceStatus(g_status, &status);
 }
 
 DWORD WINAPI Control(DWORD control, DWORD, void*, void*) {
-  if (control != SERVICE_CONTROL_STOP) return control == SERVICE_CONTROL_INTERROGATE ? NO_ERROR : ERROR_CALL_NOT_IMPLEMENTED;
-  Report(SERVICE_STOP_PENDING, 1, g_stopMs + 1000);
+  if (control == SERVICE_CONTROL_INTERROGATE) return NO_ERROR;
+  if (control != SERVICE_CONTROL_STOP) return ERROR_CALL_NOT_IMPLEMENTED;
+  Report(SERVICE_STOP_PENDING, 1);
   SetEvent(g_stopRequested.get());
   return NO_ERROR;
 }
@@ -41,23 +38,14 @@ void WINAPI ServiceMain(DWORD, wchar_t**) {
   if (!g_status) return;
   Report(SERVICE_RUNNING);
   WaitForSingleObject(g_stopRequested.get(), INFINITE);
-  // Stays pending for the chosen time, saying so now and then as a slow service does.
-  DWORD waited = 0;
-  for (DWORD checkPoint = 2; waited < g_stopMs; ++checkPoint) {
-    DWORD step = g_stopMs - waited < kPendingReportMs ? g_stopMs - waited : kPendingReportMs;
-    Sleep(step);
-    waited += step;
-    Report(SERVICE_STOP_PENDING, checkPoint, g_stopMs - waited + 1000);
-  }
   Report(SERVICE_STOPPED);
 }
 
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
-  if (argc != 3 || wcslen(argv[1]) >= 256 || !iswdigit(argv[2][0])) return kUsage;
+  if (argc != 2 || wcslen(argv[1]) >= 256) return kUsage;
   wcscpy(g_name, argv[1]);
-  g_stopMs = static_cast<DWORD>(wcstoul(argv[2], nullptr, 10));
   g_stopRequested.reset(CreateEventW(nullptr, TRUE, FALSE, nullptr));
   SERVICE_TABLE_ENTRYW table[] = {{g_name, ServiceMain}, {nullptr, nullptr}};
   return StartServiceCtrlDispatcherW(table) ? 0 : static_cast<int>(GetLastError());
