@@ -30,46 +30,24 @@ using namespace SASM;
 
 namespace {
 
-enum Root {
-  kNone,             // the tail is the whole path
-  kPlayerData,       // the player's data folder, local or roaming as the configuration says
-  kOtherPlayerData,  // the same folder under the other application data root
-  kVendor,
-  kSettings,  // the player's settings, inside its data folder
-  kTemp,      // the sandbox's temp folder
-  kRoaming,
-  kLocal,
-  kSystem,
-  kLocalToken,       // "<LOCAL_APPDATA>"
-  kShortFolder,      // the data folder + the short name of a long-named folder in it
-  kShortSameLength,  // the same, for a folder whose short name is as long as its name
-  kShortSettings,    // the data folder + the short name of the settings folder
-  kShortFile,        // the data folder + the short name of "x.solution"
-  kShortDataFolder,  // the data folder, every name of it short
-};
-
-// How the path is written after the root and the tail are joined.
-enum Form {
-  kAsIs,
-  kUpper,
-  kSlashes,
-  kLong,          // "\\?\" + path
-  kLongSlashed,   // "\\?\" + path with "/"
-  kQuerySlashed,  // "//?/" + path with "/"
-  kDevice,        // "\\.\" + path
-  kObjectPrefix,  // "\??\" + path
-  kUnc,           // "\\localhost\C$\..."
-  kLongUnc,       // "\\?\UNC\localhost\C$\..."
-};
-
-enum Verdict { kNo, kYes, kIfLocal };
+// Roots: non, none (the tail is the whole path); dat, the player's data folder, local or roaming as
+// the configuration says; oth, the same folder under the other application data root; ven, the
+// vendor's; set, the player's settings, inside dat; tmp, the sandbox's temp folder; roa, loc, sys:
+// roaming, local, system; tok, "<LOCAL_APPDATA>". Short names the platform makes: shF, dat + a
+// long-named folder's; shL, the same for one whose short name is as long as its name; shS, the
+// settings folder's; shX, "x.solution"'s; shD, dat with every name short.
+enum Root { non, dat, oth, ven, set, tmp, roa, loc, sys, tok, shF, shL, shS, shX, shD };
+// How the joined path is written: as is, upper case, "/" for "\", "\\?\" +, "\\?\" + with "/",
+// "//?/" + with "/", "\\.\" +, "\??\" +, "\\localhost\C$\...", "\\?\UNC\localhost\C$\...".
+enum Form { asIs, upper, fwd, lng, lngFwd, qryFwd, dev, obj, unc, lngUnc };
+enum Verdict { no, ok, ifLocal };
 
 struct Row {
   Root root;
   const wchar_t* tail;  // null sends a null string
   Verdict expected;
   LONG check = 1;  // the extension is required only for exactly 1
-  Form form = kAsIs;
+  Form form = asIs;
 };
 
 const std::wstring kName240 = L"\\" + std::wstring(240, L'a') + L".sol";
@@ -78,189 +56,156 @@ const std::wstring kName256 = L"\\" + std::wstring(256, L'a') + L".sol";
 const std::wstring kName1100 = L"\\" + std::wstring(1100, L'a') + L".sol";
 const std::wstring kExtension300 = L"\\x." + std::wstring(300, L'a');
 const std::wstring kTokenTooLong = L"\\Halcyonics\\Lumen Player" + kName240;
-std::wstring Repeated(const wchar_t* part, int count) {
+const std::wstring kLongDetour = [] {
   std::wstring text;
-  for (int i = 0; i < count; ++i) text += part;
-  return text;
-}
-const std::wstring kLongDetour = Repeated(L"\\x\\..", 250) + L"\\x.sol";
+  for (int i = 0; i < 250; ++i) text += L"\\x\\..";
+  return text + L"\\x.sol";
+}();
 
 // clang-format off
 const Row kRows[] = {
     // Each root, the root itself, with a separator, and its neighbours.
-    {kPlayerData, L"", kNo},  // the root's name has no listed extension
-    {kPlayerData, L"", kYes, 0}, {kPlayerData, L"\\", kYes, 0}, {kPlayerData, L"\\.", kYes, 0},
-    {kPlayerData, L"\\..", kNo, 0},
-    {kPlayerData, L"2.sol", kNo},  // C:\A\BC beside a root C:\A\B
-    {kPlayerData, L" 2.sol", kNo}, {kPlayerData, L"2\\x.sol", kNo, 0}, {kPlayerData, L"\\x.sol", kYes},
-    {kPlayerData, L"\\Nested\\x.sol", kYes},
-    {kPlayerData, L"\\Missing\\x.sol", kNo, 0},  // a folder that isn't there can't be walked for links
-    {kOtherPlayerData, L"\\x.sol", kNo}, {kVendor, L"", kYes, 0}, {kVendor, L"\\", kYes, 0}, {kVendor, L"", kNo},
-    {kVendor, L"2.sol", kNo}, {kVendor, L"\\x.ico", kYes}, {kVendor, L"\\x.exe", kNo}, {kVendor, L"\\x.exe", kYes, 0},
-    {kSettings, L"", kNo, 0}, {kSettings, L"\\", kNo, 0}, {kSettings, L"\\x.sol", kNo},
-    {kSettings, L"\\x.sol", kNo, 0}, {kSettings, L"\\x.exe", kNo, 0}, {kSettings, L"\\x.sol", kNo, 1, kSlashes},
-    {kSettings, L"\\x.sol", kNo, 1, kLong}, {kSettings, L"\\.\\x.sol", kNo}, {kSettings, L".\\x.sol", kNo},
-    {kSettings, L"2.sol", kYes},  // a file beside the settings folder, in the data root
-    {kSettings, L".sol", kYes}, {kSettings, L"\\..\\x.sol", kYes},
-    {kTemp, L"", kYes},  // extensions don't count in the temp root
-    {kTemp, L"\\", kYes}, {kTemp, L"\\x.exe", kYes}, {kTemp, L"\\x", kYes}, {kTemp, L"2.tmp", kNo},
-    {kTemp, L"2\\x.tmp", kNo, 0},
-    {kTemp, L"\\..\\x.tmp", kNo},  // the server's own temp folder is not the sandbox's
-    {kTemp, L"\\..\\Low\\x.exe", kYes}, {kTemp, L"\\x.exe", kYes, 1, kSlashes}, {kTemp, L"\\x.exe", kYes, 1, kLong},
-    {kRoaming, L"\\x.sol", kNo}, {kRoaming, L"\\Halcyonics", kNo, 0}, {kRoaming, L"\\Halcyonics\\x.sol", kNo},
-    {kRoaming, L"\\Corva\\x.sol", kNo}, {kLocal, L"\\x.sol", kNo}, {kLocal, L"\\Corva\\Lumen Player\\x.sol", kNo},
-    {kSystem, L"\\x.sol", kNo},
-    {kSystem, L"\\Halcyons\\Lumen\\x.sol", kNo},  // listable, not writable
-    {kNone, L"C:\\x.sol", kNo}, {kNone, L"C:\\", kNo, 0}, {kNone, L"C:\\windows\\x.sol", kNo},
-    {kNone, L"Z:\\tmp\\x.sol", kNo},
+    {dat, L"", no},  // the root's name has no listed extension
+    {dat, L"", ok, 0}, {dat, L"\\", ok, 0}, {dat, L"\\.", ok, 0}, {dat, L"\\..", no, 0},
+    {dat, L"2.sol", no},  // C:\A\BC beside a root C:\A\B
+    {dat, L" 2.sol", no}, {dat, L"2\\x.sol", no, 0}, {dat, L"\\x.sol", ok}, {dat, L"\\Nested\\x.sol", ok},
+    {dat, L"\\Missing\\x.sol", no, 0},  // a folder that isn't there can't be walked for links
+    {oth, L"\\x.sol", no}, {ven, L"", ok, 0}, {ven, L"\\", ok, 0}, {ven, L"", no}, {ven, L"2.sol", no},
+    {ven, L"\\x.ico", ok}, {ven, L"\\x.exe", no}, {ven, L"\\x.exe", ok, 0}, {set, L"", no, 0}, {set, L"\\", no, 0},
+    {set, L"\\x.sol", no}, {set, L"\\x.sol", no, 0}, {set, L"\\x.exe", no, 0}, {set, L"\\x.sol", no, 1, fwd},
+    {set, L"\\x.sol", no, 1, lng}, {set, L"\\.\\x.sol", no}, {set, L".\\x.sol", no},
+    {set, L"2.sol", ok},  // a file beside the settings folder, in the data root
+    {set, L".sol", ok}, {set, L"\\..\\x.sol", ok}, {tmp, L"", ok},  // extensions don't count in the temp root
+    {tmp, L"\\", ok}, {tmp, L"\\x.exe", ok}, {tmp, L"\\x", ok}, {tmp, L"2.tmp", no}, {tmp, L"2\\x.tmp", no, 0},
+    {tmp, L"\\..\\x.tmp", no},  // the server's own temp folder is not the sandbox's
+    {tmp, L"\\..\\Low\\x.exe", ok}, {tmp, L"\\x.exe", ok, 1, fwd}, {tmp, L"\\x.exe", ok, 1, lng}, {roa, L"\\x.sol", no},
+    {roa, L"\\Halcyonics", no, 0}, {roa, L"\\Halcyonics\\x.sol", no}, {roa, L"\\Corva\\x.sol", no},
+    {loc, L"\\x.sol", no}, {loc, L"\\Corva\\Lumen Player\\x.sol", no}, {sys, L"\\x.sol", no},
+    {sys, L"\\Halcyons\\Lumen\\x.sol", no},  // listable, not writable
+    {non, L"C:\\x.sol", no}, {non, L"C:\\", no, 0}, {non, L"C:\\windows\\x.sol", no}, {non, L"Z:\\tmp\\x.sol", no},
 
     // Case and separators of the whole path.
-    {kPlayerData, L"\\x.sol", kYes, 1, kUpper}, {kPlayerData, L"\\Nested\\x.sol", kYes, 1, kSlashes},
-    {kVendor, L"\\x.sol", kYes, 1, kSlashes},
+    {dat, L"\\x.sol", ok, 1, upper}, {dat, L"\\Nested\\x.sol", ok, 1, fwd}, {ven, L"\\x.sol", ok, 1, fwd},
 
     // Traversal.
-    {kPlayerData, L"\\..\\x.sol", kNo}, {kPlayerData, L"\\..\\..\\x.sol", kNo},
-    {kPlayerData, L"\\..\\Lumen Player\\x.sol", kYes}, {kPlayerData, L"\\..\\Lumen Player2\\x.sol", kNo, 0},
-    {kPlayerData, L"\\Nested\\..\\x.sol", kYes},
-    {kPlayerData, L"\\Missing\\..\\x.sol", kYes},  // folded as text before anything is walked
-    {kPlayerData, L"\\Nested\\..\\..\\x.sol", kNo}, {kPlayerData, L"\\x.sol\\..\\y.sol", kYes},
-    {kPlayerData, L"\\.\\x.sol", kYes}, {kPlayerData, L"/x.sol", kYes}, {kPlayerData, L"/Nested/x.sol", kYes},
-    {kPlayerData, L"\\/Nested\\\\x.sol", kYes}, {kPlayerData, L"\\\\\\x.sol", kYes},
-    {kPlayerData, L"/../Lumen Player/./x.sol", kYes}, {kPlayerData, L"\\Nested/..\\..//x.sol", kNo},
-    {kPlayerData, L"\\..\\..\\..\\..\\..\\..\\..\\..\\..\\..\\..\\..\\windows\\x.sol", kNo},
-    {kPlayerData, L"\\...\\x.sol", kNo},  // three dots are a name, and no name may begin with a dot
-    {kPlayerData, L"\\..\\Lumen Player\\x.sol", kYes, 1, kLong},  // the platform folds behind the prefix too
-    {kPlayerData, L"\\.\\x.sol", kYes, 1, kLong}, {kPlayerData, L"\\..\\..\\x.sol", kNo, 1, kLong},
-    {kVendor, L"\\..\\Lumen Player\\x.sol", kYes}, {kVendor, L"\\..\\..\\x.sol", kNo}, {kNone, L"x.sol", kNo},
-    {kNone, L".\\x.sol", kNo}, {kNone, L"..\\x.sol", kNo}, {kNone, L"C:x.sol", kNo}, {kNone, L"\\x.sol", kNo},
+    {dat, L"\\..\\x.sol", no}, {dat, L"\\..\\..\\x.sol", no}, {dat, L"\\..\\Lumen Player\\x.sol", ok},
+    {dat, L"\\..\\Lumen Player2\\x.sol", no, 0}, {dat, L"\\Nested\\..\\x.sol", ok},
+    {dat, L"\\Missing\\..\\x.sol", ok},  // folded as text before anything is walked
+    {dat, L"\\Nested\\..\\..\\x.sol", no}, {dat, L"\\x.sol\\..\\y.sol", ok}, {dat, L"\\.\\x.sol", ok},
+    {dat, L"/x.sol", ok}, {dat, L"/Nested/x.sol", ok}, {dat, L"\\/Nested\\\\x.sol", ok}, {dat, L"\\\\\\x.sol", ok},
+    {dat, L"/../Lumen Player/./x.sol", ok}, {dat, L"\\Nested/..\\..//x.sol", no},
+    {dat, L"\\..\\..\\..\\..\\..\\..\\..\\..\\..\\..\\..\\..\\windows\\x.sol", no},
+    {dat, L"\\...\\x.sol", no},  // three dots are a name, and no name may begin with a dot
+    {dat, L"\\..\\Lumen Player\\x.sol", ok, 1, lng},  // the platform folds behind the prefix too
+    {dat, L"\\.\\x.sol", ok, 1, lng}, {dat, L"\\..\\..\\x.sol", no, 1, lng}, {ven, L"\\..\\Lumen Player\\x.sol", ok},
+    {ven, L"\\..\\..\\x.sol", no}, {non, L"x.sol", no}, {non, L".\\x.sol", no}, {non, L"..\\x.sol", no},
+    {non, L"C:x.sol", no}, {non, L"\\x.sol", no},
 
     // Trailing dots and spaces: the platform trims them from the last name
     // before any rule sees the path, and drops one dot ending an inner name.
-    {kPlayerData, L"\\x.sol.", kYes}, {kPlayerData, L"\\x.sol ", kYes}, {kPlayerData, L"\\x.sol . .", kYes},
-    {kPlayerData, L"\\x.exe.", kNo}, {kPlayerData, L"\\x.exe.", kYes, 0}, {kPlayerData, L"\\x.", kNo},
-    {kPlayerData, L"\\Nested.\\x.sol", kYes}, {kPlayerData, L".\\x.sol", kYes},
+    {dat, L"\\x.sol.", ok}, {dat, L"\\x.sol ", ok}, {dat, L"\\x.sol . .", ok}, {dat, L"\\x.exe.", no},
+    {dat, L"\\x.exe.", ok, 0}, {dat, L"\\x.", no}, {dat, L"\\Nested.\\x.sol", ok}, {dat, L".\\x.sol", ok},
     // An inner space stays, but the walk for links finds the folder: the platform
     // trims the last name it is asked about. Still inside the root.
-    {kPlayerData, L"\\Nested \\x.sol", kYes}, {kPlayerData, L"\\.Nested\\x.sol", kNo},
-    {kPlayerData, L"\\.x.sol", kNo, 0}, {kPlayerData, L"\\.sol", kNo, 0}, {kPlayerData, L"\\x.sol.", kYes, 1, kLong},
-    {kPlayerData, L"\\x.exe. ", kNo, 1, kLong}, {kPlayerData, L"\\Nested.\\x.sol", kYes, 1, kLong},
+    {dat, L"\\Nested \\x.sol", ok}, {dat, L"\\.Nested\\x.sol", no}, {dat, L"\\.x.sol", no, 0}, {dat, L"\\.sol", no, 0},
+    {dat, L"\\x.sol.", ok, 1, lng}, {dat, L"\\x.exe. ", no, 1, lng}, {dat, L"\\Nested.\\x.sol", ok, 1, lng},
 
     // Alternate data streams: only a drive letter may carry a colon.
-    {kPlayerData, L"\\x.sol:s", kNo}, {kPlayerData, L"\\x.sol:s", kNo, 0}, {kPlayerData, L"\\x.sol::$DATA", kNo, 0},
-    {kPlayerData, L"\\x.sol:Zone.Identifier", kNo, 0}, {kPlayerData, L"\\x:s.sol", kNo},
-    {kPlayerData, L"\\:s", kNo, 0}, {kPlayerData, L"\\Nested:s\\x.sol", kNo}, {kPlayerData, L"::$DATA", kNo, 0},
-    {kPlayerData, L"\\x.sol:s", kNo, 1, kLong}, {kTemp, L"\\x:s", kNo, 0}, {kNone, L"C:x.sol:s", kNo},
+    {dat, L"\\x.sol:s", no}, {dat, L"\\x.sol:s", no, 0}, {dat, L"\\x.sol::$DATA", no, 0},
+    {dat, L"\\x.sol:Zone.Identifier", no, 0}, {dat, L"\\x:s.sol", no}, {dat, L"\\:s", no, 0},
+    {dat, L"\\Nested:s\\x.sol", no}, {dat, L"::$DATA", no, 0}, {dat, L"\\x.sol:s", no, 1, lng}, {tmp, L"\\x:s", no, 0},
+    {non, L"C:x.sol:s", no},
 
     // Device names become "\\.\" paths, which the dot rule refuses.
-    {kPlayerData, L"\\CON", kNo, 0}, {kPlayerData, L"\\NUL", kNo, 0}, {kPlayerData, L"\\NUL.txt", kNo},
-    {kPlayerData, L"\\nul.sol", kNo}, {kPlayerData, L"\\AUX.dat", kNo}, {kPlayerData, L"\\PRN.xml", kNo},
-    {kPlayerData, L"\\COM1.sol", kNo}, {kPlayerData, L"\\com9.txt", kNo}, {kPlayerData, L"\\LPT1.txt", kNo},
-    {kTemp, L"\\CON", kNo, 0}, {kTemp, L"\\nul.tmp", kNo, 0}, {kPlayerData, L"\\CONX.sol", kYes},
-    {kPlayerData, L"\\xCON.sol", kYes}, {kPlayerData, L"\\COM10.sol", kYes}, {kPlayerData, L"\\NULL.sol", kYes},
-    {kPlayerData, L"\\LPT.sol", kYes},
-    {kPlayerData, L"\\CON\\x.sol", kYes},  // an inner CON stays; the walk finds the device, inside the root
-    {kPlayerData, L"\\CON", kYes, 0, kLong},  // no device behind the prefix: a plain name in the root
-    {kPlayerData, L"\\NUL.txt", kYes, 1, kLong}, {kNone, L"\\\\.\\CON", kNo, 0},
-    {kNone, L"\\\\.\\PhysicalDrive0", kNo, 0}, {kNone, L"\\\\.\\C:", kNo, 0}, {kNone, L"\\\\.\\pipe\\x.sol", kNo},
-    {kNone, L"\\\\?\\CON", kNo, 0}, {kNone, L"\\\\?\\GLOBALROOT\\Device\\HarddiskVolume1\\x.sol", kNo},
-    {kNone, L"\\\\?\\Volume{00000000-0000-0000-0000-000000000000}\\x.sol", kNo},
-    {kPlayerData, L"\\x.sol", kNo, 1, kDevice}, {kTemp, L"\\x.exe", kNo, 0, kDevice},
-    {kPlayerData, L"\\x.sol", kNo, 1, kObjectPrefix},  // no Win32 form: a "?" and a second colon
+    {dat, L"\\CON", no, 0}, {dat, L"\\NUL", no, 0}, {dat, L"\\NUL.txt", no}, {dat, L"\\nul.sol", no},
+    {dat, L"\\AUX.dat", no}, {dat, L"\\PRN.xml", no}, {dat, L"\\COM1.sol", no}, {dat, L"\\com9.txt", no},
+    {dat, L"\\LPT1.txt", no}, {tmp, L"\\CON", no, 0}, {tmp, L"\\nul.tmp", no, 0}, {dat, L"\\CONX.sol", ok},
+    {dat, L"\\xCON.sol", ok}, {dat, L"\\COM10.sol", ok}, {dat, L"\\NULL.sol", ok}, {dat, L"\\LPT.sol", ok},
+    {dat, L"\\CON\\x.sol", ok},  // an inner CON stays; the walk finds the device, inside the root
+    {dat, L"\\CON", ok, 0, lng},  // no device behind the prefix: a plain name in the root
+    {dat, L"\\NUL.txt", ok, 1, lng}, {non, L"\\\\.\\CON", no, 0}, {non, L"\\\\.\\PhysicalDrive0", no, 0},
+    {non, L"\\\\.\\C:", no, 0}, {non, L"\\\\.\\pipe\\x.sol", no}, {non, L"\\\\?\\CON", no, 0},
+    {non, L"\\\\?\\GLOBALROOT\\Device\\HarddiskVolume1\\x.sol", no},
+    {non, L"\\\\?\\Volume{00000000-0000-0000-0000-000000000000}\\x.sol", no}, {dat, L"\\x.sol", no, 1, dev},
+    {tmp, L"\\x.exe", no, 0, dev}, {dat, L"\\x.sol", no, 1, obj},  // no Win32 form: a "?" and a second colon
 
     // Network forms: the same folders through a share lie under no root.
-    {kNone, L"\\\\server\\share\\x.sol", kNo}, {kNone, L"//server/share/x.sol", kNo},
-    {kNone, L"\\\\server\\x.sol", kNo}, {kNone, L"\\\\server", kNo, 0}, {kNone, L"\\\\", kNo, 0},
-    {kNone, L"\\\\?\\UNC\\server\\share\\x.sol", kNo}, {kNone, L"\\\\?\\UNC\\", kNo, 0},
-    {kNone, L"\\\\?\\UNC\\C:\\x.sol", kNo}, {kNone, L"\\\\localhost\\C$\\x.sol", kNo},
-    {kPlayerData, L"\\x.sol", kNo, 1, kUnc}, {kPlayerData, L"\\x.sol", kNo, 1, kLongUnc},
-    {kTemp, L"\\x.exe", kNo, 0, kUnc}, {kTemp, L"\\x.exe", kNo, 0, kLongUnc},
+    {non, L"\\\\server\\share\\x.sol", no}, {non, L"//server/share/x.sol", no}, {non, L"\\\\server\\x.sol", no},
+    {non, L"\\\\server", no, 0}, {non, L"\\\\", no, 0}, {non, L"\\\\?\\UNC\\server\\share\\x.sol", no},
+    {non, L"\\\\?\\UNC\\", no, 0}, {non, L"\\\\?\\UNC\\C:\\x.sol", no}, {non, L"\\\\localhost\\C$\\x.sol", no},
+    {dat, L"\\x.sol", no, 1, unc}, {dat, L"\\x.sol", no, 1, lngUnc}, {tmp, L"\\x.exe", no, 0, unc},
+    {tmp, L"\\x.exe", no, 0, lngUnc},
 
     // The long prefix: folded behind like any path, then cut.
-    {kPlayerData, L"\\x.sol", kYes, 1, kLong}, {kPlayerData, L"\\Nested\\x.sol", kYes, 1, kLong},
-    {kPlayerData, L"\\Nested\\\\x.sol", kYes, 1, kLong}, {kPlayerData, L"", kYes, 0, kLong},
-    {kPlayerData, L"2.sol", kNo, 1, kLong}, {kPlayerData, L"\\x.exe", kNo, 1, kLong},
-    {kPlayerData, L"\\x.exe", kYes, 0, kLong}, {kVendor, L"\\x.sol", kYes, 1, kLong},
-    {kPlayerData, L"\\x.sol", kYes, 1, kLongSlashed}, {kPlayerData, L"/x.sol", kYes, 1, kLong},
-    {kPlayerData, L"\\x.sol", kYes, 1, kQuerySlashed}, {kNone, L"\\\\?\\", kNo, 0}, {kNone, L"\\\\?\\C:\\x.sol", kNo},
+    {dat, L"\\x.sol", ok, 1, lng}, {dat, L"\\Nested\\x.sol", ok, 1, lng}, {dat, L"\\Nested\\\\x.sol", ok, 1, lng},
+    {dat, L"", ok, 0, lng}, {dat, L"2.sol", no, 1, lng}, {dat, L"\\x.exe", no, 1, lng}, {dat, L"\\x.exe", ok, 0, lng},
+    {ven, L"\\x.sol", ok, 1, lng}, {dat, L"\\x.sol", ok, 1, lngFwd}, {dat, L"/x.sol", ok, 1, lng},
+    {dat, L"\\x.sol", ok, 1, qryFwd}, {non, L"\\\\?\\", no, 0}, {non, L"\\\\?\\C:\\x.sol", no},
 
     // "%2E", in every place the rule looks and a few it doesn't.
-    {kPlayerData, L"\\%2E%2E\\x.sol", kNo}, {kPlayerData, L"\\%2E\\x.sol", kNo},
-    {kPlayerData, L"\\%2e\\%2e\\x.sol", kNo}, {kPlayerData, L"\\%2E%2E", kNo, 0},
-    {kPlayerData, L"\\Nested%2E\\x.sol", kNo}, {kPlayerData, L"\\%2ENested\\x.sol", kNo},
-    {kPlayerData, L"%2E%2E\\x.sol", kNo}, {kPlayerData, L"\\%2Ex.sol", kNo}, {kPlayerData, L"\\%2ex.sol", kNo, 0},
-    {kPlayerData, L"\\%2E%2E/x.sol", kNo}, {kPlayerData, L"\\..%2Fx.sol", kNo},
-    {kPlayerData, L"\\%2E%2E\\x.sol", kNo, 1, kLong}, {kTemp, L"\\%2E%2E\\x.exe", kNo},
-    {kPlayerData, L"\\x%2E.sol", kYes},  // a name holding "%2E" away from its ends is a plain name
-    {kPlayerData, L"\\x%2e%2e.sol", kYes}, {kPlayerData, L"\\%252E%252E.sol", kYes},
-    {kPlayerData, L"\\x.sol%2E", kNo}, {kPlayerData, L"\\x.sol%2E", kYes, 0}, {kTemp, L"\\x%2E", kYes},
+    {dat, L"\\%2E%2E\\x.sol", no}, {dat, L"\\%2E\\x.sol", no}, {dat, L"\\%2e\\%2e\\x.sol", no},
+    {dat, L"\\%2E%2E", no, 0}, {dat, L"\\Nested%2E\\x.sol", no}, {dat, L"\\%2ENested\\x.sol", no},
+    {dat, L"%2E%2E\\x.sol", no}, {dat, L"\\%2Ex.sol", no}, {dat, L"\\%2ex.sol", no, 0}, {dat, L"\\%2E%2E/x.sol", no},
+    {dat, L"\\..%2Fx.sol", no}, {dat, L"\\%2E%2E\\x.sol", no, 1, lng}, {tmp, L"\\%2E%2E\\x.exe", no},
+    {dat, L"\\x%2E.sol", ok},  // a name holding "%2E" away from its ends is a plain name
+    {dat, L"\\x%2e%2e.sol", ok}, {dat, L"\\%252E%252E.sol", ok}, {dat, L"\\x.sol%2E", no}, {dat, L"\\x.sol%2E", ok, 0},
+    {tmp, L"\\x%2E", ok},
 
     // Each forbidden character.
-    {kPlayerData, L"\\x*.sol", kNo}, {kPlayerData, L"\\*.sol", kNo}, {kPlayerData, L"\\x?.sol", kNo},
-    {kPlayerData, L"\\?.sol", kNo}, {kPlayerData, L"\\x\".sol", kNo}, {kPlayerData, L"\\\"x.sol\"", kNo, 0},
-    {kPlayerData, L"\\x|.sol", kNo}, {kPlayerData, L"\\x<.sol", kNo}, {kPlayerData, L"\\x>.sol", kNo},
-    {kPlayerData, L"\\Nested*\\x.sol", kNo}, {kPlayerData, L"\\Ne?ted\\x.sol", kNo},
-    {kPlayerData, L"\\x.sol|y", kNo, 0}, {kTemp, L"\\x*", kNo, 0}, {kTemp, L"\\x|y", kNo, 0},
-    {kTemp, L"\\x>y", kNo, 0},
-    {kTemp, L"\\x", kYes, 0, kLongSlashed},  // "/" never gets this far: the platform makes it "\"
+    {dat, L"\\x*.sol", no}, {dat, L"\\*.sol", no}, {dat, L"\\x?.sol", no}, {dat, L"\\?.sol", no},
+    {dat, L"\\x\".sol", no}, {dat, L"\\\"x.sol\"", no, 0}, {dat, L"\\x|.sol", no}, {dat, L"\\x<.sol", no},
+    {dat, L"\\x>.sol", no}, {dat, L"\\Nested*\\x.sol", no}, {dat, L"\\Ne?ted\\x.sol", no}, {dat, L"\\x.sol|y", no, 0},
+    {tmp, L"\\x*", no, 0}, {tmp, L"\\x|y", no, 0}, {tmp, L"\\x>y", no, 0},
+    {tmp, L"\\x", ok, 0, lngFwd},  // "/" never gets this far: the platform makes it "\"
 
     // The allow-list, with case, and names it must not match.
-    {kPlayerData, L"\\x.txt", kYes}, {kPlayerData, L"\\x.s", kYes}, {kPlayerData, L"\\x.directory", kYes},
-    {kPlayerData, L"\\x.dll", kYes},  // listed on purpose: what is written is sniffed instead
-    {kPlayerData, L"\\x.DlL", kYes}, {kPlayerData, L"\\x.exe.sol", kYes}, {kPlayerData, L"\\Nested\\x.JSON", kYes},
-    {kPlayerData, L"\\x.exe", kNo}, {kPlayerData, L"\\x.lnk", kNo}, {kPlayerData, L"\\x.sol.exe", kNo},
-    {kPlayerData, L"\\x.solx", kNo}, {kPlayerData, L"\\x.so", kNo}, {kPlayerData, L"\\xsol", kNo},
-    {kPlayerData, L"\\x", kNo}, {kPlayerData, L"\\x", kYes, 0}, {kPlayerData, L"\\x.sol\\", kNo},
-    {kPlayerData, L"\\x.sol\\", kNo, 0},  // no folder x.sol to walk
-    {kPlayerData, L"\\x.exe", kYes, 2}, {kPlayerData, L"\\x.exe", kYes, -1},
+    {dat, L"\\x.txt", ok}, {dat, L"\\x.s", ok}, {dat, L"\\x.directory", ok},
+    {dat, L"\\x.dll", ok},  // listed on purpose: what is written is sniffed instead
+    {dat, L"\\x.DlL", ok}, {dat, L"\\x.exe.sol", ok}, {dat, L"\\Nested\\x.JSON", ok}, {dat, L"\\x.exe", no},
+    {dat, L"\\x.lnk", no}, {dat, L"\\x.sol.exe", no}, {dat, L"\\x.solx", no}, {dat, L"\\x.so", no},
+    {dat, L"\\xsol", no}, {dat, L"\\x", no}, {dat, L"\\x", ok, 0}, {dat, L"\\x.sol\\", no},
+    {dat, L"\\x.sol\\", no, 0},  // no folder x.sol to walk
+    {dat, L"\\x.exe", ok, 2}, {dat, L"\\x.exe", ok, -1},
 
     // The local application data token, with case, and when it can't expand.
-    {kLocalToken, L"\\Halcyonics\\Lumen Player\\x.sol", kIfLocal},
-    {kLocalToken, L"\\Corva\\Lumen Player\\x.sol", kNo}, {kLocalToken, L"x.sol", kNo},
-    {kLocalToken, kTokenTooLong.c_str(), kNo},  // not expanded: the "<" refuses it
-    {kNone, L"<local_appdata>\\Halcyonics\\Lumen Player\\x.sol", kNo},
-    {kNone, L"C:\\<LOCAL_APPDATA>\\Halcyonics\\Lumen Player\\x.sol", kNo},
+    {tok, L"\\Halcyonics\\Lumen Player\\x.sol", ifLocal}, {tok, L"\\Corva\\Lumen Player\\x.sol", no},
+    {tok, L"x.sol", no}, {tok, kTokenTooLong.c_str(), no},  // not expanded: the "<" refuses it
+    {non, L"<local_appdata>\\Halcyonics\\Lumen Player\\x.sol", no},
+    {non, L"C:\\<LOCAL_APPDATA>\\Halcyonics\\Lumen Player\\x.sol", no},
 
     // Empty, missing and over-long.
-    {kNone, nullptr, kNo, 0}, {kNone, L"", kNo, 0}, {kNone, L" ", kNo, 0}, {kNone, L".", kNo, 0},
-    {kNone, L"\\", kNo, 0},
-    {kPlayerData, kName240.c_str(), kYes},  // past 260 units, each name fits: judged like any other
-    {kPlayerData, kName255.c_str(), kYes},
-    {kPlayerData, kName256.c_str(), kNo},  // a name too long to split can't be walked
-    {kPlayerData, kExtension300.c_str(), kNo, 0},
-    {kPlayerData, kName1100.c_str(), kNo},  // the canonical form must fit 1,040 units
-    {kPlayerData, kLongDetour.c_str(), kYes},  // only the canonical form has to fit
-    {kTemp, kName1100.c_str(), kNo, 0},
+    {non, nullptr, no, 0}, {non, L"", no, 0}, {non, L" ", no, 0}, {non, L".", no, 0}, {non, L"\\", no, 0},
+    {dat, kName240.c_str(), ok},  // past 260 units, each name fits: judged like any other
+    {dat, kName255.c_str(), ok}, {dat, kName256.c_str(), no},  // a name too long to split can't be walked
+    {dat, kExtension300.c_str(), no, 0}, {dat, kName1100.c_str(), no},  // the canonical form must fit 1,040 units
+    {dat, kLongDetour.c_str(), ok},  // only the canonical form has to fit
+    {tmp, kName1100.c_str(), no, 0},
 
     // Short names made by the platform. Folders are made long again, in the
     // disk's case, which no upper-case root matches; a last name stays short.
-    {kShortFolder, L"\\x.sol", kNo}, {kShortFolder, L"\\x.sol", kNo, 0}, {kShortFolder, L"", kYes, 0},
-    {kShortDataFolder, L"\\x.sol", kNo}, {kShortDataFolder, L"", kNo, 0}, {kShortSettings, L"\\x.sol", kNo},
-    {kShortSettings, L"\\x.sol", kNo, 0},
-    {kShortSameLength, L"\\x.sol", kYes},  // no longer when made long: judged as given, inside the root
-    {kShortFile, L"", kYes},  // a long extension behind a listed short one, inside the root
+    {shF, L"\\x.sol", no}, {shF, L"\\x.sol", no, 0}, {shF, L"", ok, 0}, {shD, L"\\x.sol", no}, {shD, L"", no, 0},
+    {shS, L"\\x.sol", no}, {shS, L"\\x.sol", no, 0},
+    {shL, L"\\x.sol", ok},  // no longer when made long: judged as given, inside the root
+    {shX, L"", ok},  // a long extension behind a listed short one, inside the root
 };
 // clang-format on
-
-std::wstring Replaced(std::wstring text, wchar_t from, wchar_t to) {
-  std::replace(text.begin(), text.end(), from, to);
-  return text;
-}
 
 std::wstring Shaped(Form form, const std::wstring& path) {
   // "C:\rest" as seen through the drive's administrative share.
   std::wstring share = path.size() > 2 ? L"localhost\\" + path.substr(0, 1) + L"$" + path.substr(2) : path;
-  std::wstring cased = path;
+  std::wstring cased = path, slashed = path;
+  std::replace(slashed.begin(), slashed.end(), L'\\', L'/');
   switch (form) {
-    case kAsIs: return path;
-    case kUpper: CharUpperBuffW(cased.data(), static_cast<DWORD>(cased.size())); return cased;
-    case kSlashes: return Replaced(path, L'\\', L'/');
-    case kLong: return L"\\\\?\\" + path;
-    case kLongSlashed: return L"\\\\?\\" + Replaced(path, L'\\', L'/');
-    case kQuerySlashed: return L"//?/" + Replaced(path, L'\\', L'/');
-    case kDevice: return L"\\\\.\\" + path;
-    case kObjectPrefix: return L"\\??\\" + path;
-    case kUnc: return L"\\\\" + share;
-    case kLongUnc: return L"\\\\?\\UNC\\" + share;
+    case asIs: return path;
+    case upper: CharUpperBuffW(cased.data(), static_cast<DWORD>(cased.size())); return cased;
+    case fwd: return slashed;
+    case lng: return L"\\\\?\\" + path;
+    case lngFwd: return L"\\\\?\\" + slashed;
+    case qryFwd: return L"//?/" + slashed;
+    case dev: return L"\\\\.\\" + path;
+    case obj: return L"\\??\\" + path;
+    case unc: return L"\\\\" + share;
+    case lngUnc: return L"\\\\?\\UNC\\" + share;
   }
   return path;
 }
@@ -301,7 +246,7 @@ class HostileWorld {
     roots_.push_back(ShortName(playerData + L"\\x.solution", false));
     std::wstring shortData = PathForm(playerData, true);
     roots_.push_back(shortData == playerData ? L"" : shortData);
-    if (roots_.back().empty()) reasons_[kShortDataFolder] = "no short form of the player data folder";
+    if (roots_.back().empty()) reasons_[shD] = "no short form of the player data folder";
   }
 
   bool LocalData() const { return localData_; }
@@ -336,7 +281,7 @@ TEST_F(BrokerHostilePathTest, EveryRowGetsTheAnswerOfThePathRulesFromOneLiveObje
   static_assert(std::size(kRows) >= 200);
   HostileWorld world;
   std::string none;
-  ASSERT_FALSE(world.Base(kRoaming, &none).empty());
+  ASSERT_FALSE(world.Base(roa, &none).empty());
   ComPtr<ILumenBroker6> broker;
   ASSERT_EQ(Activate(broker), S_OK);
 
@@ -351,7 +296,7 @@ TEST_F(BrokerHostilePathTest, EveryRowGetsTheAnswerOfThePathRulesFromOneLiveObje
     }
     std::wstring path = row.tail ? Shaped(row.form, base + row.tail) : L"";
     ScopedBstr name(row.tail ? path.c_str() : nullptr);
-    bool writable = row.expected == kYes || (row.expected == kIfLocal && world.LocalData());
+    bool writable = row.expected == ok || (row.expected == ifLocal && world.LocalData());
     ++asked;
     EXPECT_EQ(broker->BrokerIsWritablePath(name.get(), row.check), writable ? S_OK : E_FAIL)
         << (row.tail ? path : L"<null>") << " (check " << row.check << ")";

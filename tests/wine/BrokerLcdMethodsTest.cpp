@@ -45,10 +45,7 @@ std::string Message(std::string_view target, std::string_view payload, size_t si
   return bytes;
 }
 
-bool DirectoryExists() {
-  return ScopedHandle(OpenMutexA(SYNCHRONIZE, FALSE, Win32LcdAccessor::kMutexName)).valid() ||
-         ScopedHandle(OpenFileMappingA(FILE_MAP_READ, FALSE, Win32LcdAccessor::kMappingName)).valid();
-}
+bool DirectoryExists() { return WineTest::LcdMutexExists() || WineTest::LcdMappingExists(); }
 
 // The directory's objects vanish with their last handle: every test starts
 // with none and leaves none behind, after the server has ended.
@@ -139,25 +136,8 @@ TEST_F(BrokerLcdLive, TheLargestMessageCrossesWholeAndOneByteMoreIsRefused) {
   EXPECT_EQ(broker->BrokerLcdRemoveConnection(name.get(), 0), S_OK);
 }
 
-// The object opens the directory on its first call, before it tests anything,
-// and takes it with it when released (the fixture checks that).
-TEST_F(BrokerLcdDirect, FirstCallOpensTheDirectoryAndMissingArgumentsFail) {
-  EXPECT_EQ(broker_->BrokerLcdMessageTimeout(nullptr), kFailure);
-  EXPECT_TRUE(DirectoryExists());
-  LONG timeout = 0;
-  EXPECT_EQ(broker_->BrokerLcdMessageTimeout(&timeout), S_OK);
-  EXPECT_EQ(timeout, 5000);
-  ScopedBstr name(L"anyone");
-  EXPECT_EQ(broker_->BrokerLcdLock(nullptr), kFailure);
-  EXPECT_EQ(broker_->BrokerLcdFindConnectionFormat(name.get(), 0, nullptr), kFailure);
-  EXPECT_EQ(broker_->BrokerLcdDispatchMessage(nullptr, 11, 3, 0), kFailure);
-  // A free slot leaves the outputs as they came.
-  ScopedBstr untouched(L"as it came");
-  BSTR target = untouched.get();
-  EXPECT_EQ(broker_->BrokerLcdGetMessageTarget(&target), kNegative);
-  EXPECT_EQ(target, untouched.get());
-}
-
+// An object that could not open the directory keeps its closed accessor, gives
+// negative answers, and takes it with it when released (the fixture checks that).
 TEST_F(BrokerLcdDirect, AccessorThatCouldNotOpenIsKeptAndNeverRetried) {
   {
     // A segment of another layout, present only for the first call.

@@ -150,12 +150,8 @@ testing::AssertionResult SlotIsWhole(const LcdSegment& segment) {
 class LcdStressTest : public ::testing::Test {
  protected:
   // The segment goes with its last handle; a fresh one keeps other tests' names out.
-  void SetUp() override { ASSERT_FALSE(MappingExists()); }
-  void TearDown() override { EXPECT_FALSE(MappingExists()); }
-
-  static bool MappingExists() {
-    return ScopedHandle(OpenFileMappingA(FILE_MAP_READ, FALSE, Win32LcdAccessor::kMappingName)).valid();
-  }
+  void SetUp() override { ASSERT_FALSE(WineTest::LcdMappingExists()); }
+  void TearDown() override { EXPECT_FALSE(WineTest::LcdMappingExists()); }
 };
 
 }  // namespace

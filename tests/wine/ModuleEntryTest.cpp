@@ -7,6 +7,8 @@
 #include "engine/InstallEngine.h"
 #include "engine/LumenBrokerShim.h"
 #include "engine/VendorIdentity.h"
+#include "engine/win32/DynamicLoadLibraryHelper.h"
+#include "engine/win32/LateBoundFunction.h"
 #include "engine/win32/WideText.h"
 #include "host/ReferenceHost.h"
 #include "tests/wine/WineTestSupport.h"
@@ -89,6 +91,18 @@ TEST_F(ModuleEntryTest, LoadEngineListsReadsSettingsAndRealDirectories) {
   EXPECT_TRUE(system.count("LumenUtil_ActiveX.exe") && system.count("LumenCtrl_28_0_0_126.ocx") && system.count(".."));
   EXPECT_TRUE(Entries(shim->GetProductManagerEntries()).count("lumen_28_0"));
   EXPECT_EQ(host.Log().Count(), 0) << host.FormatLog();
+}
+
+// Libraries named bare are bound from the system directory only, never from the
+// search path, where this module sits beside the program.
+TEST(ModuleLibraryBinding, BareNamesNeverLoadFromBesideTheProgram) {
+  ASSERT_TRUE(WineTest::FileExists(WineTest::ModulePath()));
+  DynamicLoadLibraryHelper helper("LumenUtil.dll", true, false);
+  EXPECT_EQ(helper.library(), nullptr);
+  EXPECT_EQ(helper.available(), 0);
+  LateBoundFunction function(L"LumenUtil.dll", "Start");
+  EXPECT_EQ(function.Get(), nullptr);
+  EXPECT_EQ(function.Module(), nullptr);
 }
 
 }  // namespace

@@ -39,23 +39,17 @@ bool MutexIsFree() {
   return free;
 }
 
-bool MutexExists() { return ScopedHandle(OpenMutexA(SYNCHRONIZE, FALSE, Win32LcdAccessor::kMutexName)).valid(); }
-
-bool MappingExists() {
-  return ScopedHandle(OpenFileMappingA(FILE_MAP_READ, FALSE, Win32LcdAccessor::kMappingName)).valid();
-}
-
 // The directory's objects vanish with their last handle, so every test starts
 // with none and must leave none behind.
 class Win32LcdAccessorTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_FALSE(MutexExists()) << "a directory mutex is left over";
-    ASSERT_FALSE(MappingExists()) << "a directory mapping is left over";
+    ASSERT_FALSE(WineTest::LcdMutexExists()) << "a directory mutex is left over";
+    ASSERT_FALSE(WineTest::LcdMappingExists()) << "a directory mapping is left over";
   }
   void TearDown() override {
-    EXPECT_FALSE(MutexExists());
-    EXPECT_FALSE(MappingExists());
+    EXPECT_FALSE(WineTest::LcdMutexExists());
+    EXPECT_FALSE(WineTest::LcdMappingExists());
   }
 };
 
@@ -92,8 +86,8 @@ TEST_F(Win32LcdAccessorTest, ExistingSegmentOfAnotherLayoutIsRefusedAndBothObjec
   UnmapViewOfFile(segment);
   mapping.reset();
   // Only the accessor could keep them alive now.
-  EXPECT_FALSE(MappingExists());
-  EXPECT_FALSE(MutexExists());
+  EXPECT_FALSE(WineTest::LcdMappingExists());
+  EXPECT_FALSE(WineTest::LcdMutexExists());
 }
 
 TEST_F(Win32LcdAccessorTest, NameThatExactlyFillsTheListWritesIntoThePageRoundedView) {
@@ -113,20 +107,6 @@ TEST_F(Win32LcdAccessorTest, NameThatExactlyFillsTheListWritesIntoThePageRounded
   EXPECT_TRUE(lcd.RemoveConnection(filling.c_str(), 0));
 }
 
-TEST_F(Win32LcdAccessorTest, NestedHoldsKeepTheMutexUntilTheOutermostIsReleased) {
-  Win32LcdAccessor lcd;
-  ASSERT_TRUE(lcd.IsOpen());
-  EXPECT_EQ(lcd.Lock(), 1);
-  const uint32_t outermost = lcd.LockTime();
-  Sleep(40);
-  EXPECT_EQ(lcd.Lock(), 2);
-  EXPECT_EQ(lcd.LockTime(), outermost);
-  EXPECT_EQ(lcd.Unlock(), 1);
-  EXPECT_FALSE(MutexIsFree());
-  EXPECT_EQ(lcd.Unlock(), 0);
-  EXPECT_TRUE(MutexIsFree());
-}
-
 TEST_F(Win32LcdAccessorTest, MutexAbandonedByAnExitedHolderFailsTheLockYetKeepsItsOwnership) {
   Win32LcdAccessor lcd;
   ASSERT_TRUE(lcd.IsOpen());
@@ -142,23 +122,4 @@ TEST_F(Win32LcdAccessorTest, MutexAbandonedByAnExitedHolderFailsTheLockYetKeepsI
   ASSERT_TRUE(mutex.valid());
   EXPECT_TRUE(ReleaseMutex(mutex.get()));
   EXPECT_TRUE(MutexIsFree());
-}
-
-// Another process's mutex without a mapping: a free one is used, an abandoned one refused.
-TEST_F(Win32LcdAccessorTest, ExistingMutexIsUsedUnlessAbandonedBeforeOpening) {
-  // Keeps the mutex alive across the accessors and the child; the mapping goes with each.
-  ScopedHandle mutex(CreateMutexA(nullptr, FALSE, Win32LcdAccessor::kMutexName));
-  ASSERT_TRUE(mutex.valid());
-  {
-    Win32LcdAccessor lcd;
-    ASSERT_TRUE(lcd.IsOpen());
-    EXPECT_TRUE(lcd.IsSegmentValid());
-    EXPECT_TRUE(MutexIsFree()) << "the opening hold must have been released";
-  }
-  ASSERT_EQ(RunChild(L"hold"), 0u);
-  Win32LcdAccessor lcd;
-  EXPECT_FALSE(lcd.IsOpen());
-  EXPECT_FALSE(MappingExists());
-  EXPECT_FALSE(MutexIsFree()) << "the failed open keeps what the wait granted";
-  EXPECT_TRUE(ReleaseMutex(mutex.get()));
 }

@@ -133,31 +133,4 @@ TEST_F(Win32TaskSchedulerTest, DefinitionIsRegisteredReadBackByNameAndRemovedOnc
   EXPECT_EQ(host_.Log().Count(), 0) << host_.FormatLog();
 }
 
-TEST_F(Win32TaskSchedulerTest, OlderSchedulerSavesAWorkItemAndRefusesTheAllZeroTrigger) {
-  std::wstring job = WineTest::WindowsDirectory() + L"\\Tasks\\Corva Lumen Player PPAPI Notifier.job";
-  DeleteFileW(job.c_str());
-  TaskDefinition definition = Notifier();
-  int32_t answer = 0;
-  auto run = [&](ITaskSchedulerSession& session, std::initializer_list<TaskStep> steps) {
-    for (TaskStep step : steps) EXPECT_GE(session.Run(step, definition, answer), 0) << static_cast<int>(step);
-  };
-  {
-    std::unique_ptr<ITaskSchedulerSession> session = Win32TaskScheduler().Open();
-    run(*session, {TaskStep::InitializeComLegacy, TaskStep::CreateLegacyScheduler, TaskStep::NewWorkItem,
-                   TaskStep::SetAccount, TaskStep::SetCreator, TaskStep::SetComment, TaskStep::SetApplicationName,
-                   TaskStep::SetWorkItemFlags, TaskStep::SetParameters});
-    // Wine's scheduler wants a begin date; the record the design makes has none.
-    EXPECT_EQ(session->Run(TaskStep::CreateWorkItemTrigger, definition, answer), static_cast<int32_t>(E_INVALIDARG));
-    run(*session, {TaskStep::SaveWorkItem});
-  }
-  EXPECT_TRUE(WineTest::FileExists(job));
-  {
-    std::unique_ptr<ITaskSchedulerSession> session = Win32TaskScheduler().Open();
-    run(*session, {TaskStep::InitializeComLegacy, TaskStep::CreateLegacyScheduler, TaskStep::ActivateWorkItem,
-                   TaskStep::DeleteWorkItem});
-  }
-  EXPECT_FALSE(WineTest::FileExists(job));
-  DeleteFileW(job.c_str());
-}
-
 }  // namespace

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "broker/BrokerRegistration.h"
+#include "connections/win32/Win32LcdAccessor.h"
 #include "engine/win32/ScopedHandle.h"
 #include "engine/win32/ScopedRegKey.h"
 #include "engine/win32/WideText.h"
@@ -14,7 +15,8 @@
 namespace SASM::WineTest {
 
 std::wstring BinaryDirectory() {
-  std::wstring path = ModuleFile(nullptr);
+  wchar_t buffer[MAX_PATH];
+  std::wstring path(buffer, GetModuleFileNameW(nullptr, buffer, MAX_PATH));
   return path.substr(0, path.find_last_of(L'\\'));
 }
 
@@ -23,11 +25,6 @@ std::wstring ModulePath() { return BinaryDirectory() + L"\\LumenUtil.dll"; }
 std::wstring SystemDirectory() {
   wchar_t buffer[MAX_PATH];
   return std::wstring(buffer, GetSystemDirectoryW(buffer, MAX_PATH));
-}
-
-std::wstring WindowsDirectory() {
-  wchar_t buffer[MAX_PATH];
-  return std::wstring(buffer, GetWindowsDirectoryW(buffer, MAX_PATH));
 }
 
 std::wstring Folder(int csidl) {
@@ -51,11 +48,6 @@ std::wstring Lower(std::wstring text) {
 }
 
 std::string Utf8(const std::wstring& text) { return MString(FromWide(text.c_str())).ToUtf8(); }
-
-std::wstring ModuleFile(HMODULE module) {
-  wchar_t buffer[MAX_PATH];
-  return std::wstring(buffer, GetModuleFileNameW(module, buffer, MAX_PATH));
-}
 
 bool FileExists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
 
@@ -112,6 +104,11 @@ DWORD RunToEnd(std::wstring commandLine, DWORD timeoutMs, HANDLE out, HANDLE err
   DWORD code = 0xFFFFFFFF;
   if (WaitForSingleObject(process.get(), timeoutMs) == WAIT_OBJECT_0) GetExitCodeProcess(process.get(), &code);
   return code;
+}
+
+bool LcdMutexExists() { return ScopedHandle(OpenMutexA(SYNCHRONIZE, FALSE, Win32LcdAccessor::kMutexName)).valid(); }
+bool LcdMappingExists() {
+  return ScopedHandle(OpenFileMappingA(FILE_MAP_READ, FALSE, Win32LcdAccessor::kMappingName)).valid();
 }
 
 DWORD UserDword(const wchar_t* key, const wchar_t* name) {

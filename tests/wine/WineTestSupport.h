@@ -19,7 +19,6 @@ std::wstring BinaryDirectory();
 std::wstring ModulePath();
 // The real system directory and roaming folder of this prefix.
 std::wstring SystemDirectory();
-std::wstring WindowsDirectory();
 std::wstring RoamingFolder();
 
 // A folder of the shell, without a trailing separator; empty when it has none.
@@ -28,7 +27,6 @@ std::wstring Folder(int csidl);
 std::wstring TestDirectory(const wchar_t* name);
 std::wstring Lower(std::wstring text);
 std::string Utf8(const std::wstring& text);
-std::wstring ModuleFile(HMODULE module);
 
 bool FileExists(const std::wstring& path);
 // The whole file, shared with writers; empty when it can't be read.
@@ -44,6 +42,10 @@ std::string BytesOf(SAFEARRAY* array);
 // 0xFFFFFFFF when it can't start; out and err, when given, are inherited as its
 // standard output and error.
 DWORD RunToEnd(std::wstring commandLine, DWORD timeoutMs = 30000, HANDLE out = nullptr, HANDLE err = nullptr);
+
+// Whether the connection directory's mutex or mapping exists; each goes with its last handle.
+bool LcdMutexExists();
+bool LcdMappingExists();
 
 // A DWORD value of the current user's hive; 0 when absent.
 DWORD UserDword(const wchar_t* key, const wchar_t* name);
