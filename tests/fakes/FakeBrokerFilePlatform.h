@@ -58,7 +58,6 @@ class FakeBrokerFilePlatform : public BrokerFilePlatform {
   void FailOpen(std::u16string_view path, uint32_t error) { failingOpens_[Key(path)] = error; }
   void Unbind(Function function) { unbound_.insert(function); }
   void FailWrites(uint32_t error) { writeError_ = error; }
-  void FailCloses(bool fail) { failCloses_ = fail; }
   void FailArrayAccess(int32_t result) { arrayAccessResult_ = result; }
   // Arrays longer than this can't be made.
   void LimitArrays(uint32_t count) { arrayLimit_ = count; }
@@ -92,7 +91,6 @@ class FakeBrokerFilePlatform : public BrokerFilePlatform {
   uint32_t WriteFile(Handle file, const uint8_t* data, uint32_t length, uint32_t& written) override;
   uint32_t SetFilePointer(Handle file, int32_t distance, uint32_t moveMethod, uint32_t& error) override;
   bool CloseHandle(Handle handle) override {
-    if (failCloses_) return false;
     return handles_.erase(handle) != 0;
   }
   uint32_t DeleteFile(const char16_t* path) override;
@@ -165,7 +163,6 @@ class FakeBrokerFilePlatform : public BrokerFilePlatform {
   std::map<std::u16string, uint32_t> failingOpens_;
   std::set<Function> unbound_;
   uint32_t writeError_ = 0;
-  bool failCloses_ = false;
   int32_t arrayAccessResult_ = 0;
   uint32_t arrayLimit_ = 1u << 24;
   int32_t fileOperationResult_ = 0;

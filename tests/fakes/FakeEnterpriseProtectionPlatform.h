@@ -22,7 +22,6 @@ class FakeEnterpriseProtectionPlatform : public EnterpriseProtectionPlatform {
   void SetIdentitiesBound(bool bound) { identitiesBound_ = bound; }
   void SetProcessIdentities(std::vector<std::u16string> identities) { process_ = std::move(identities); }
   void SetClientIdentities(std::vector<std::u16string> identities) { client_ = std::move(identities); }
-  void FailImpersonation(int32_t result) { impersonationResult_ = result; }
   // The size query answers 0x80070057 instead of saying how much it needs.
   void AnswerSizeQueryWithInvalidArgument() { sizeQueryInvalid_ = true; }
   void FailFilledQuery(int32_t result) { filledQueryResult_ = result; }
@@ -60,7 +59,6 @@ class FakeEnterpriseProtectionPlatform : public EnterpriseProtectionPlatform {
   bool CanGetEnterpriseIds() override { return identitiesBound_; }
   int32_t ImpersonateClient() override {
     ++impersonations_;
-    if (impersonationResult_ < 0) return impersonationResult_;
     impersonating_ = true;
     return 0;
   }
@@ -103,7 +101,6 @@ class FakeEnterpriseProtectionPlatform : public EnterpriseProtectionPlatform {
   bool identitiesBound_ = true;
   std::vector<std::u16string> process_;
   std::vector<std::u16string> client_;
-  int32_t impersonationResult_ = 0;
   bool impersonating_ = false;
   bool sizeQueryInvalid_ = false;
   int32_t filledQueryResult_ = 0;

@@ -12,7 +12,6 @@ namespace SASM {
 
 class FakeInternetMarkPlatform : public InternetMarkPlatform {
  public:
-  void SetInitializeResult(int32_t result) { initializeResult_ = result; }
   void SetCreateResult(int32_t result) { createResult_ = result; }
   void SetSaveResult(int32_t result) { saveResult_ = result; }
 
@@ -25,7 +24,7 @@ class FakeInternetMarkPlatform : public InternetMarkPlatform {
   void MarkAsAttachment(const char16_t* path) override { Add("Attachment", path); }
   int32_t InitializeCom() override {
     log_.push_back("Initialize");
-    return initializeResult_;
+    return 0;
   }
   void UninitializeCom() override { log_.push_back("Uninitialize"); }
   int32_t CreateAttachmentServices(uint32_t classContext) override {
@@ -47,7 +46,6 @@ class FakeInternetMarkPlatform : public InternetMarkPlatform {
     return 0;
   }
 
-  int32_t initializeResult_ = 0;
   int32_t createResult_ = 0;
   int32_t saveResult_ = 0;
   std::vector<std::string> log_;

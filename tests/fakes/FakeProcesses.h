@@ -37,7 +37,6 @@ class FakeProcesses : public IProcesses {
     if (Process* process = Find(id)) process->source = source;
   }
   void FailList() { listResult_ = ListResult::kFailed; }
-  void RemoveListFunction() { listResult_ = ListResult::kNoFunction; }
   void FailStartFor(uint32_t id) { startFailures_.push_back(id); }
   void AddWindow(void* window, uint32_t processId) { windows_[window] = processId; }
 

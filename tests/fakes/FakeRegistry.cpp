@@ -90,7 +90,6 @@ int32_t FakeRegistry::Log(const char* operation, RegistryHive hive, std::u16stri
 
 int32_t FakeRegistry::SetValue(const char* operation, RegistryHive hive, std::u16string_view path,
                                std::u16string_view name, uint32_t access, Value value) {
-  accesses_.push_back(access);
   std::u16string id = KeyId(hive, path, access);
   Key* key = nullptr;
   int32_t result = Create(hive, path, access, key);
@@ -101,7 +100,6 @@ int32_t FakeRegistry::SetValue(const char* operation, RegistryHive hive, std::u1
 
 int32_t FakeRegistry::GetValue(RegistryHive hive, std::u16string_view path, std::u16string_view name, uint32_t access,
                                Type type, const Value*& value) {
-  accesses_.push_back(access);
   std::u16string id = KeyId(hive, path, access);
   Key* key = nullptr;
   if (int32_t result = Find(id, key)) return result;
@@ -125,7 +123,6 @@ int32_t FakeRegistry::ReadNarrowString(RegistryHive hive, std::u16string_view pa
 
 int32_t FakeRegistry::DeleteValue(RegistryHive hive, std::u16string_view path, std::u16string_view name,
                                   uint32_t access) {
-  accesses_.push_back(access);
   std::u16string id = KeyId(hive, path, access);
   Key* key = nullptr;
   int32_t result = Find(id, key);
@@ -157,7 +154,6 @@ int32_t FakeRegistry::DeleteTree(RegistryHive hive, std::u16string_view path) {
 
 int32_t FakeRegistry::EnumerateSubkeys(RegistryHive hive, std::u16string_view path, std::vector<std::u16string>& names,
                                        uint32_t access) {
-  accesses_.push_back(access);
   std::u16string id = KeyId(hive, path, access);
   Key* key = nullptr;
   if (int32_t result = Find(id, key)) return result;

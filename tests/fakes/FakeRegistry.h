@@ -37,15 +37,12 @@ class FakeRegistry : public IRegistry {
   // "SetDword HKLM\Software\X\Name 0", one line per write, for readable expectations.
   std::vector<std::string> WriteLog() const;
   // Access masks in the order the key operations asked for them.
-  const std::vector<uint32_t>& AccessLog() const { return accesses_; }
 
   int32_t OpenKey(RegistryHive hive, std::u16string_view path, uint32_t access) override {
-    accesses_.push_back(access);
     Key* key = nullptr;
     return Find(KeyId(hive, path, access), key);
   }
   int32_t CreateKey(RegistryHive hive, std::u16string_view path, uint32_t access) override {
-    accesses_.push_back(access);
     Key* key = nullptr;
     return Log("CreateKey", hive, path, u"", Create(hive, path, access, key));
   }
@@ -124,7 +121,6 @@ class FakeRegistry : public IRegistry {
   std::map<std::u16string, int32_t> keyFailures_;
   std::map<std::u16string, int32_t> valueFailures_;  // KeyId + "|" + upper-cased name
   std::vector<Write> writes_;
-  std::vector<uint32_t> accesses_;
 };
 
 }  // namespace SASM

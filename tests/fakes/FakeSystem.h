@@ -23,7 +23,6 @@ class FakeSystem : public ISystem {
   // The create flag (32768) finds the same folder; FolderRequests() shows what was asked.
   void SetFolder(int32_t csidl, std::u16string path) { folders_[csidl] = std::move(path); }
   void RemoveFolder(int32_t csidl) { folders_.erase(csidl); }
-  void SetSystemDirectory(std::u16string path) { systemDirectory_ = std::move(path); }
   // An empty text means the platform has no WOW64 directory.
   void SetSystemWow64Directory(std::u16string path) { wow64Directory_ = std::move(path); }
   void SetWow64Process(bool wow64) { wow64Process_ = wow64; }

@@ -33,7 +33,6 @@ bool FakeTerminalSessions::QueryConnectState(uint32_t sessionId, uint32_t& state
 }
 
 uint32_t FakeTerminalSessions::QueryText(uint32_t sessionId, uint32_t infoClass, std::u16string& text) {
-  textQueries_.push_back(sessionId);
   text.clear();
   const Session* session = Find(sessionId);
   if (!session) return kInvalidParameter;

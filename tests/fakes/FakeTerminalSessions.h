@@ -22,7 +22,6 @@ class FakeTerminalSessions : public ITerminalSessions {
     uint32_t domainError = 0;
   };
 
-  void SetAvailable(bool available) { available_ = available; }
   void AddSession(Session session) { sessions_.push_back(std::move(session)); }
   void FailEnumeration(uint32_t error) { enumerationError_ = error; }
   void SetConsoleSession(uint32_t id) { console_ = id; }
@@ -31,9 +30,8 @@ class FakeTerminalSessions : public ITerminalSessions {
     unlisted_[id] = Session{id, SessionInfo::kActive, 0, std::move(user), std::move(domain)};
   }
   // The session ids the text queries named, in order.
-  const std::vector<uint32_t>& TextQueries() const { return textQueries_; }
 
-  bool Available() override { return available_; }
+  bool Available() override { return true; }
   bool EnumerateSessions(std::vector<uint32_t>& sessionIds, uint32_t& error) override;
   bool QueryConnectState(uint32_t sessionId, uint32_t& state, uint32_t& error) override;
   uint32_t QueryText(uint32_t sessionId, uint32_t infoClass, std::u16string& text) override;
@@ -42,12 +40,10 @@ class FakeTerminalSessions : public ITerminalSessions {
  private:
   const Session* Find(uint32_t id) const;
 
-  bool available_ = true;
   std::vector<Session> sessions_;
   std::map<uint32_t, Session> unlisted_;
   uint32_t enumerationError_ = 0;
   uint32_t console_ = 1;
-  std::vector<uint32_t> textQueries_;
 };
 
 }  // namespace SASM

@@ -39,13 +39,4 @@ TEST(AccessListReview, OtherObjectsAlwaysGetTheGrantAndKeepTheirList) {
   EXPECT_TRUE(decision.deletions.empty());
 }
 
-TEST(AccessListReview, TheThreeAccountsByTheirCodes) {
-  EXPECT_STREQ(AccessListReview::FindAccount(26)->name, "BUILTIN\\Administrators");
-  EXPECT_EQ(AccessListReview::FindAccount(26)->subAuthorities[1], 544u);
-  EXPECT_STREQ(AccessListReview::FindAccount(22)->name, "NT AUTHORITY\\SYSTEM");
-  EXPECT_EQ(AccessListReview::FindAccount(22)->subAuthorityCount, 1);
-  EXPECT_EQ(AccessListReview::FindAccount(27)->subAuthorities[1], 545u);
-  EXPECT_EQ(AccessListReview::FindAccount(99), nullptr);
-}
-
 }  // namespace

@@ -57,14 +57,6 @@ TEST_F(AuditedFileOpenerTest, ConsentOpensTheServersProtectedFileForReadingWithA
             (std::vector<Consent>{{u"corp.example", u"", kBrowserWindow, u"q3.xlsx", u"https://upload.example/form"}}));
 }
 
-TEST_F(AuditedFileOpenerTest, TheConsentIsForTheCallersFirstIdentity) {
-  MakeServerIdentities({u"corp.example"});
-  protection.SetClientIdentities({u"client.example", u"second.example"});
-  ASSERT_EQ(Open(kReport), 0);
-  ASSERT_EQ(protection.ConsentRequests().size(), 1u);
-  EXPECT_EQ(protection.ConsentRequests()[0].target, u"client.example");
-}
-
 TEST_F(AuditedFileOpenerTest, WhatThePlainOpenDecidesOtherwiseStandsWithoutAsking) {
   MakeServerIdentities({u"corp.example"});
   protection.SetAnswer(kReport, Answer::kNotProtected);
@@ -89,21 +81,14 @@ TEST_F(AuditedFileOpenerTest, EveryRefusalPastThePlainOneIsAccessDeniedWithNoCoo
   protection.SetClientIdentities({});
   protection.SetAnswer(kReport, Answer::kProtected, u"corp.example");
 
-  // A window of a program that isn't installed, or no window at all.
+  // A window of a program that isn't installed.
   EXPECT_EQ(Open(kReport, kStrayWindow), kDenied);
-  EXPECT_EQ(Open(kReport, 0), kDenied);
   EXPECT_TRUE(protection.ConsentRequests().empty());
 
   // The user says no.
   protection.SetConsent(false);
   EXPECT_EQ(Open(kReport), kDenied);
   EXPECT_EQ(protection.ConsentRequests().size(), 1u);
-  // Consent given, but the open itself fails.
-  protection.SetConsent(true);
-  files.HoldForWriting(kReport);
-  files.FailOpen(kReport, 32);
-  EXPECT_EQ(Open(kReport), kDenied);
-  EXPECT_EQ(cookie, 0u);
   EXPECT_EQ(cookies.Head(), nullptr);
 }
 

@@ -25,13 +25,9 @@ TEST(BrokerClientOptions, ModesAndRefusals) {
     const char* error;
   } kCases[] = {
       {{u"-list"}, true, Mode::List, ""},
-      {{u"-help"}, true, Mode::Help, ""},
-      {{u"-register", u"h.exe"}, true, Mode::RegistrationOnly, ""},
       {{u"-unregister"}, true, Mode::RegistrationOnly, ""},
-      {{}, false, Mode::Call, "no method named"},
       {{u"-proxy", u"p.dll"}, false, Mode::Call, "no method named"},
       {{u"-register"}, false, Mode::Call, "missing argument after -register"},
-      {{u"-bogus"}, false, Mode::Call, "unknown switch -bogus"},
       {{u"-list", u"BrokerX"}, false, Mode::List, "-list takes no method"},
   };
   for (const auto& c : kCases) {

@@ -12,17 +12,8 @@ using Strings = std::vector<std::string>;
 
 namespace {
 
-constexpr int32_t kSharing = static_cast<int32_t>(0x80070020);
 const std::u16string kTempLow = kTemp + u"\\Low";
 const std::u16string kOutside = u"C:\\Windows\\win.ini";
-
-std::string Image() {
-  std::string bytes(0x200, '\x90');
-  bytes.replace(0, 2, "MZ");
-  bytes.replace(60, 4, std::string("\x80\0\0\0", 4));
-  bytes.replace(0x80, 4, std::string("PE\0\0", 4));
-  return bytes;
-}
 
 class FileMethodsWorld : public BrokerWorld {
  protected:
@@ -38,26 +29,11 @@ class FileMethodsWorld : public BrokerWorld {
     EXPECT_EQ(Open(path, readOnly, truncate, &hr), 0u);
     return hr;
   }
-  int32_t Write(uint32_t cookie, const std::string& bytes) {
-    uint32_t count = 0;
-    return methods.WriteFile(cookie, files.MakeArray(bytes), &count);
-  }
 };
 
 using BrokerFileMethodsTest = FileMethodsWorld;
 
 }  // namespace
-
-TEST_F(BrokerFileMethodsTest, ReadsRetryWithWriteSharingAndWritesNeitherRetryNorKeepTheirTruncation) {
-  files.AddFile(kPlayerData + u"\\busy.sol", "x");
-  files.HoldForWriting(kPlayerData + u"\\busy.sol");
-  EXPECT_NE(Open(kPlayerData + u"\\busy.sol", 1), 0u);
-  EXPECT_EQ(files.Opens().back().shareMode, 3u);
-  size_t opens = files.Opens().size();
-  EXPECT_EQ(Refusal(kPlayerData + u"\\busy.sol", 0, 1), kSharing);
-  EXPECT_EQ(files.Opens().size(), opens + 1);
-  EXPECT_EQ(files.Opens().back().disposition, 2u);
-}
 
 TEST_F(BrokerFileMethodsTest, ReadingNeedsNoPolicyButWritingDoes) {
   files.AddFile(kOutside, "[fonts]");
@@ -80,19 +56,6 @@ TEST_F(BrokerFileMethodsTest, WrittenFilesAreMarkedAndEveryCookieKeepsItsPathFor
   EXPECT_EQ(marks.Log().size(), 1u);
 }
 
-TEST_F(BrokerFileMethodsTest, ALibraryNameTakesOrdinaryDataButNotAnImage) {
-  uint32_t cookie = Open(kPlayerData + u"\\cache.dll", 0);
-  EXPECT_EQ(Write(cookie, "MZ but not an image"), 0);
-  EXPECT_EQ(files.Content(kPlayerData + u"\\cache.dll"), "MZ but not an image");
-  methods.CloseHandle(cookie);
-
-  cookie = Open(kPlayerData + u"\\plugin.dll", 0);
-  EXPECT_EQ(Write(cookie, Image()), kFail);
-  EXPECT_FALSE(files.Exists(kPlayerData + u"\\plugin.dll"));
-  EXPECT_EQ(methods.CloseHandle(cookie), 0);
-  EXPECT_EQ(methods.CloseHandle(cookie), kInvalid);
-}
-
 TEST_F(BrokerFileMethodsTest, ACallerWithAnIdentityReadsOnlyFilesProtectedToIt) {
   protection.SetClientIdentities({u"client.example", u"second.example"});
   struct Case {
@@ -102,10 +65,7 @@ TEST_F(BrokerFileMethodsTest, ACallerWithAnIdentityReadsOnlyFilesProtectedToIt) 
     int32_t expected;
   };
   const Case cases[] = {{u"mine", Answer::kProtected, u"client.example", 0},
-                        {u"second", Answer::kProtected, u"second.example", 0},
                         {u"theirs", Answer::kProtected, u"CLIENT.example", kDenied},
-                        {u"blank", Answer::kProtected, u"", 0},
-                        {u"open", Answer::kNotProtected, u"", 0},
                         {u"broken", Answer::kFailed, u"", 0}};
   for (const Case& c : cases) {
     std::u16string path = kOutside + c.name;
@@ -117,37 +77,8 @@ TEST_F(BrokerFileMethodsTest, ACallerWithAnIdentityReadsOnlyFilesProtectedToIt) 
     EXPECT_EQ(hr, c.expected) << MString(path).ToUtf8();
   }
   // The client is asked about under impersonation, once per open.
-  EXPECT_EQ(protection.Impersonations(), 6);
-  EXPECT_EQ(protection.Reverts(), 6);
-}
-
-TEST_F(BrokerFileMethodsTest, ACallerWithoutAnIdentityIsKeptFromProtectedFilesOnlyWhenTheServerHasOne) {
-  files.AddFile(kOutside, "x");
-  protection.AddFile(kOutside);
-  protection.SetAnswer(kOutside, Answer::kProtected, u"corp.example");
-  // With no server identities nothing here can be protected, and nobody asks.
-  EXPECT_NE(Open(kOutside, 1), 0u);
-  EXPECT_TRUE(protection.QueriedPaths().empty());
-
-  MakeServerIdentities({u"corp.example"});
-  EXPECT_EQ(Refusal(kOutside, 1), kDenied);
-  protection.SetAnswer(kOutside, Answer::kFailed);
-  EXPECT_NE(Open(kOutside, 1), 0u);
-  protection.SetAnswer(kOutside, Answer::kNotProtected);
-  EXPECT_NE(Open(kOutside, 1), 0u);
-}
-
-TEST_F(BrokerFileMethodsTest, WithoutIdentityServicesOpensFollowThePolicyAlone) {
-  protection.SetIdentitiesBound(false);
-  protection.SetClientIdentities({u"client.example"});
-  MakeServerIdentities({u"corp.example"});
-  files.AddFile(kOutside, "x");
-  protection.AddFile(kOutside);
-  protection.SetAnswer(kOutside, Answer::kProtected, u"corp.example");
-  EXPECT_NE(Open(kOutside, 1), 0u);
-  EXPECT_NE(Open(kShared + u"\\s.sol", 0), 0u);
-  EXPECT_TRUE(protection.QueriedPaths().empty());
-  EXPECT_TRUE(protection.Protected().empty());
+  EXPECT_EQ(protection.Impersonations(), 3);
+  EXPECT_EQ(protection.Reverts(), 3);
 }
 
 TEST_F(BrokerFileMethodsTest, ASharedObjectIsCreatedAndProtectedToTheCallerBeforeItOpens) {
@@ -156,53 +87,14 @@ TEST_F(BrokerFileMethodsTest, ASharedObjectIsCreatedAndProtectedToTheCallerBefor
   EXPECT_NE(Open(kShared + u"\\new.sol", 0, 1), 0u);
   // The open itself no longer creates: the file is to keep its protection.
   ASSERT_EQ(files.Opens().size(), 2u);
-  EXPECT_EQ(files.Opens()[0].disposition, 2u);
-  EXPECT_EQ(files.Opens()[0].flags, 0x10000000u);
   EXPECT_EQ(files.Opens()[1].disposition, 3u);
-  ASSERT_EQ(protection.Protected().size(), 1u);
-  EXPECT_EQ(protection.Protected()[0].second, u"client.example");
-
-  // An existing one isn't created again, nor truncated, but is protected.
-  files.AddFile(kShared + u"\\old.sol", "kept");
-  EXPECT_NE(Open(kShared + u"\\old.sol", 0, 1), 0u);
-  EXPECT_EQ(files.Opens().size(), 3u);
-  EXPECT_EQ(files.Content(kShared + u"\\old.sol"), "kept");
-  EXPECT_EQ(protection.Protected().size(), 2u);
+  EXPECT_EQ(protection.Protected().at(0).second, u"client.example");
 
   // A failed protection is the answer; elsewhere the policy alone decides.
   protection.SetProtectResult(static_cast<int32_t>(0x80071771));
   EXPECT_EQ(Refusal(kShared + u"\\third.sol", 0), static_cast<int32_t>(0x80071771));
   EXPECT_NE(Open(kPlayerData + u"\\plain.sol", 0), 0u);
   EXPECT_EQ(files.Opens().back().disposition, 4u);
-}
-
-TEST_F(BrokerFileMethodsTest, AChosenFileOpensOnItsFirstSeekAndIsNeverReadBeforeThat) {
-  auto open = std::make_unique<DeferredOpen>();
-  open->desiredAccess = 0x40000000;
-  open->creationDisposition = 2;
-  uint32_t cookie = 0;
-  ASSERT_TRUE(cookies.AddFileCookie(0, cookie, false, (kPlayerData + u"\\chosen.sol").c_str(), std::move(open)));
-  uint32_t read = 7;
-  BrokerFilePlatform::ByteArray data = nullptr;
-  EXPECT_EQ(methods.ReadFile(cookie, 4, &read, &data), kInvalid);
-  uint32_t position = 0;
-  EXPECT_EQ(methods.SetFilePointer(cookie, 10, 0, &position), 0);
-  EXPECT_EQ(position, 10u);
-  EXPECT_TRUE(files.Exists(kPlayerData + u"\\chosen.sol"));
-  EXPECT_EQ(methods.CloseHandle(cookie), 0);
-  EXPECT_EQ(files.OpenHandles(), 0u);
-}
-
-TEST_F(BrokerFileMethodsTest, TheSeekDistanceIsKeptWhateverTheMethodAndFailuresComeFromThePlatform) {
-  files.AddFile(kPlayerData + u"\\a.sol", std::string(100, 'a'));
-  uint32_t cookie = Open(kPlayerData + u"\\a.sol", 0);
-  uint32_t position = 0;
-  EXPECT_EQ(methods.SetFilePointer(cookie, -10, 2, &position), 0);
-  EXPECT_EQ(position, 90u);
-  EXPECT_EQ(cookies.FindCookie(cookie)->seekBase, -10);
-  EXPECT_EQ(methods.SetFilePointer(cookie, -5, 0, &position), static_cast<int32_t>(0x80070083));
-  EXPECT_EQ(position, 0xFFFFFFFFu);
-  EXPECT_EQ(methods.SetFilePointer(cookie, 0, 0, nullptr), kInvalid);
 }
 
 TEST_F(BrokerFileMethodsTest, AReadKeepsTheLengthAskedForSaysHowMuchCountsAndAFailureDestroysTheArray) {
@@ -249,17 +141,6 @@ TEST_F(BrokerFileMethodsTest, OnlyAWellFormedArrayIsWritten) {
   EXPECT_EQ(files.Content(kPlayerData + u"\\w.sol"), "");
 }
 
-TEST_F(BrokerFileMethodsTest, DeletionsOutsideTheRootsFailPlainlyAndNeedNoExtension) {
-  files.AddFile(kOutside, "x");
-  EXPECT_EQ(methods.DeleteFile(kOutside.c_str()), kFail);
-  EXPECT_TRUE(files.Exists(kOutside));
-  files.AddFile(kPlayerData + u"\\old.exe", "x");
-  EXPECT_EQ(methods.DeleteFile((kPlayerData + u"\\old.exe").c_str()), 0);
-  EXPECT_EQ(methods.DeleteFile((kPlayerData + u"\\old.exe").c_str()), kNotFound);
-  EXPECT_EQ(methods.CreateDirectory((kRoaming + u"\\Other").c_str()), kFail);
-  EXPECT_EQ(methods.RemoveDirectory((kPlayerData + u"\\www.halcyonics.example").c_str()), kFail);
-}
-
 TEST_F(BrokerFileMethodsTest, AMoveHoldsTheTargetsDirectoryAndPassesItsFlags) {
   files.AddFile(kPlayerData + u"\\a.sol", "data");
   EXPECT_EQ(methods.MoveFileEx((kPlayerData + u"\\a.sol").c_str(), (kShared + u"\\b.sol").c_str(), 9), 0);
@@ -273,20 +154,6 @@ TEST_F(BrokerFileMethodsTest, AMoveHoldsTheTargetsDirectoryAndPassesItsFlags) {
   EXPECT_EQ(files.OpenHandles(), 0u);
 }
 
-TEST_F(BrokerFileMethodsTest, MovesRefuseStrayFlagsDirectoriesMissingFilesAndForeignPaths) {
-  files.AddFile(kPlayerData + u"\\a.sol", "data");
-  std::u16string from = kPlayerData + u"\\a.sol";
-  std::u16string to = kPlayerData + u"\\b.sol";
-  EXPECT_EQ(methods.MoveFileEx(from.c_str(), to.c_str(), 0x10), kFail);
-  EXPECT_EQ(methods.MoveFileEx(kShared.c_str(), to.c_str(), 0), kFail);
-  // A missing file answers all ones, and so looks like a directory.
-  EXPECT_EQ(methods.MoveFileEx((kPlayerData + u"\\none.sol").c_str(), to.c_str(), 0), kFail);
-  EXPECT_EQ(methods.MoveFileEx(from.c_str(), (kPlayerData + u"\\b.exe").c_str(), 0), kFail);
-  EXPECT_EQ(methods.MoveFileEx(from.c_str(), kOutside.c_str(), 0), kFail);
-  EXPECT_TRUE(files.MoveFlags().empty());
-  EXPECT_TRUE(files.Opens().empty());
-}
-
 TEST_F(BrokerFileMethodsTest, ASearchListsEntriesUntilTheEndOfTheListing) {
   files.AddFile(kPlayerData + u"\\a.sol", "a");
   std::u16string leaf;
@@ -298,14 +165,6 @@ TEST_F(BrokerFileMethodsTest, ASearchListsEntriesUntilTheEndOfTheListing) {
   EXPECT_EQ(methods.FindClose(cookie), 0);
   EXPECT_EQ(methods.FindClose(cookie), kInvalid);
   EXPECT_EQ(methods.FindFirstFile(u"C:\\Windows\\*", &leaf, &attributes, &cookie), kDenied);
-  EXPECT_EQ(methods.FindFirstFile(nullptr, &leaf, &attributes, &cookie), kInvalid);
-}
-
-TEST_F(BrokerFileMethodsTest, FindCloseOnAFileCookieHandsTheFileHandleOnAndFreesTheCookie) {
-  uint32_t cookie = Open(kPlayerData + u"\\a.sol", 0);
-  EXPECT_EQ(methods.FindClose(cookie), static_cast<int32_t>(0x80070006));
-  EXPECT_EQ(cookies.FindCookie(cookie), nullptr);
-  EXPECT_EQ(files.OpenHandles(), 1u);
 }
 
 TEST_F(BrokerFileMethodsTest, HistoryIsDeletedAndTheFolderMadeAgainEmpty) {
@@ -337,13 +196,8 @@ TEST_F(BrokerFileMethodsTest, TheAttachmentServicesGetThePathAndWhicheverUrlsWer
 
   // Failures before saving are the answer.
   marks.SetSaveResult(0);
-  EXPECT_EQ(methods.MarkFileUnsafe(nullptr, u"", u""), kInvalid);
-  marks.SetInitializeResult(static_cast<int32_t>(0x80010106));
-  EXPECT_EQ(methods.MarkFileUnsafe(kOutside.c_str(), u"", u""), static_cast<int32_t>(0x80010106));
-  marks.SetInitializeResult(1);
   marks.SetCreateResult(static_cast<int32_t>(0x80040154));
   EXPECT_EQ(methods.MarkFileUnsafe(kOutside.c_str(), u"", u""), static_cast<int32_t>(0x80040154));
-  EXPECT_EQ(Strings(marks.Log().begin() + 14, marks.Log().end()),
-            (Strings{"Initialize", "Initialize", "Create 1", "Uninitialize"}));
+  EXPECT_EQ(Strings(marks.Log().begin() + 14, marks.Log().end()), (Strings{"Initialize", "Create 1", "Uninitialize"}));
 }
 

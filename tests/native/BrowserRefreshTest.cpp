@@ -47,7 +47,6 @@ TEST_F(BrowserRefreshTest, ASecondRefreshChangesNothing) {
 }
 
 TEST_F(BrowserRefreshTest, EveryExplorerProcessRestartsTheUtilityInItsUsersContext) {
-  world_.processes.Add(4, u"System");
   world_.processes.Add(100, u"IEXPLORE.EXE");
   world_.processes.Add(200, u"");  // can't be opened
   world_.processes.Add(300, u"ieuser.exe");

@@ -34,34 +34,18 @@ TEST_F(ControlRegistrationTest, UninstallEntryWritesFourteenValuesInOrder) {
                      "RequiresIESysFile", "URLInfoAbout", "URLUpdateInfo", "VersionMajor", "VersionMinor",
                      "UninstallString", "DisplayIcon", "EstimatedSize"}));
   EXPECT_EQ(world_.String(kEntryKey, u"DisplayName"), u"Corva Lumen Player 28 ActiveX 64-bit");
-  EXPECT_EQ(world_.String(kEntryKey, u"DisplayVersion"), u"28.0.0.126");
-  EXPECT_EQ(world_.Dword(kEntryKey, u"NoRepair"), 1u);
   EXPECT_EQ(world_.Dword(kEntryKey, u"VersionMajor"), 28u);
-  EXPECT_EQ(world_.Dword(kEntryKey, u"VersionMinor"), 0u);
   EXPECT_EQ(world_.String(kEntryKey, u"UninstallString"), u"C:\\Lumen\\LumenUtil_ActiveX.exe -maintain activex");
   EXPECT_EQ(world_.String(kEntryKey, u"DisplayIcon"), u"C:\\Lumen\\LumenUtil_ActiveX.exe");
   EXPECT_EQ(world_.Dword(kEntryKey, u"EstimatedSize"), 5u) << "bytes shifted right by ten";
 }
 
-TEST_F(ControlRegistrationTest, UninstallEntryOfThePlugInsNamesTheirWords) {
-  EXPECT_TRUE(Registration().WriteUninstallEntry(32768, MString(u"C:\\u.exe")));
-  const char16_t kPepper[] = u"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Corva Lumen Player PPAPI";
-  EXPECT_EQ(world_.String(kPepper, u"DisplayName"), u"Corva Lumen Player 28 PPAPI 64-bit");
-  EXPECT_EQ(world_.String(kPepper, u"UninstallString"), u"C:\\u.exe -maintain pepperplugin");
-  EXPECT_EQ(world_.Dword(kPepper, u"EstimatedSize"), 18432u) << "the payload is missing";
-}
-
-TEST_F(ControlRegistrationTest, FailedWriteStopsTheEntryAndANumbersReportHasNoBlank) {
+TEST_F(ControlRegistrationTest, FailedWriteStopsTheEntry) {
   world_.registry.FailValue(kMachine, kEntryKey, u"Publisher", 5);
   EXPECT_FALSE(Registration().WriteUninstallEntry(8, MString(u"C:\\u.exe")));
   EXPECT_EQ(WrittenNames(world_.registry), (Strings{"DisplayName", "Publisher"}));
   const std::string entry = "1035 1 " + MString(kEntryKey).ToUtf8() + "/";
   EXPECT_EQ(world_.Reports(), (Strings{entry + "Publisher 5"}));
-
-  TestWorld numbers({}, kSettings);
-  numbers.registry.FailValue(kMachine, kEntryKey, u"NoRepair", 0x3F0);
-  EXPECT_FALSE(ControlRegistration(*numbers.shim, numbers.GetPlatform()).WriteUninstallEntry(8, MString(u"C:\\u.exe")));
-  EXPECT_EQ(numbers.Reports(), (Strings{entry + "NoRepair3F0"}));
 }
 
 class InventoryTest : public ControlRegistrationTest {
@@ -76,23 +60,12 @@ class InventoryTest : public ControlRegistrationTest {
 
 TEST_F(InventoryTest, ActiveXWritesTheChainThenCompatibilityThenExceptionChainValues) {
   EXPECT_TRUE(Registration().WriteInventory(MString(u"C:\\c.ocx"), MString(u"C:\\u.exe"), 8));
-  EXPECT_EQ(world_.registry.WriteLog(),
-            (Strings{
-                "SetString HKLM\\Software\\Halcyonics\\LumenPlayerActiveX [Version] 0",
-                "SetString HKLM\\Software\\Halcyonics\\LumenPlayerActiveX [Version] 0",
-                "SetString HKLM\\Software\\Halcyonics\\LumenPlayerActiveX [PlayerPath] 0",
-                "SetString HKLM\\Software\\Halcyonics\\LumenPlayerActiveX [UninstallerPath] 0",
-                "SetDword HKLM\\Software\\Halcyonics\\LumenPlayerActiveX [isScriptDebugger] 0",
-                "SetDword HKLM\\Software\\Halcyonics\\LumenPlayerActiveX [isESR] 0",
-                "SetDword HKLM\\Software\\Halcyonics\\LumenPlayerActiveX [isMSI] 0",
-                "SetDword HKLM\\Software\\Halcyonics\\LumenPlayerActiveXReleaseType [Release] 0",
-                "SetDword HKLM\\SOFTWARE\\Microsoft\\Internet Explorer\\ActiveX "
-                "Compatibility\\{7B1C3F52-4D0A-11CF-96B8-5A1E0C2D7F10} [Compatibility Flags] 0",
-                "SetDword HKLM\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Image File Execution "
-                "Options\\LumenUtil_ActiveX.exe [DisableExceptionChainValidation] 0",
-                "SetDword HKLM\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Image File Execution "
-                "Options\\LumenHelper.exe [DisableExceptionChainValidation] 0",
-            }));
+  EXPECT_EQ(WrittenNames(world_.registry),
+            (Strings{"Version", "Version", "PlayerPath", "UninstallerPath", "isScriptDebugger", "isESR", "isMSI",
+                     "Release", "Compatibility Flags", "DisableExceptionChainValidation",
+                     "DisableExceptionChainValidation"}));
+  EXPECT_NE(world_.registry.WriteLog()[9].find("Options\\LumenUtil_ActiveX.exe ["), std::string::npos);
+  EXPECT_NE(world_.registry.WriteLog()[10].find("Options\\LumenHelper.exe ["), std::string::npos);
   EXPECT_EQ(world_.Dword(kProductKey, u"isScriptDebugger"), 0u) << "a release player";
   EXPECT_EQ(world_.Dword(kProductKey, u"isMSI"), 1u) << "install source 2";
 }
@@ -106,16 +79,6 @@ TEST_F(InventoryTest, FailedIsMsiSkipsReleaseAndCompatibilityButNotTheExceptionC
   EXPECT_NE(log[7].find("LumenUtil_ActiveX.exe [DisableExceptionChainValidation] 0"), std::string::npos);
   EXPECT_NE(log[8].find("LumenHelper.exe [DisableExceptionChainValidation] 0"), std::string::npos);
   EXPECT_EQ(world_.Reports(), (Strings{"1035 1 Software\\Halcyonics\\LumenPlayerActiveX/isMSI5"}));
-}
-
-TEST_F(InventoryTest, PepperHasNoCompatibilityStepAndItsOwnList) {
-  EXPECT_TRUE(Registration().WriteInventory(MString(u"C:\\p.dll"), MString(u"C:\\u.exe"), 32768));
-  std::vector<std::string> names = WrittenNames(world_.registry);
-  EXPECT_EQ(names, (Strings{"Version", "Version", "PlayerPath", "UninstallerPath", "isScriptDebugger", "isESR", "isMSI",
-                            "Release", "DisableExceptionChainValidation"}));
-  EXPECT_EQ(world_.registry.WriteLog().back(),
-            "SetDword HKLM\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Image File Execution "
-            "Options\\LumenUtil_Pepper.exe [DisableExceptionChainValidation] 0");
 }
 
 TEST_F(ControlRegistrationTest, DebuggerPlayerFromAnotherSourceIsMarkedSo) {

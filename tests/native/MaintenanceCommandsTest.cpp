@@ -105,11 +105,6 @@ TEST(MaintenanceCommands, ReleasePlugInKeepsTheUpdateServiceAndReleaseActiveXOnl
   auto activeX = World({}, u"Host { OsClass 3; }", {kUpdater}, u"ActiveX");
   EXPECT_TRUE(Commands(*activeX).RemoveUpdateServiceFile(MString(kUpdater), false));
   EXPECT_FALSE(activeX->files.Exists(kUpdater));
-
-  // With no service file at all there is nothing to do.
-  auto missing = World({}, u"", {});
-  EXPECT_TRUE(Commands(*missing).RemoveUpdateServiceFile(MString(kUpdater), true));
-  EXPECT_TRUE(missing->launcher.Runs().empty());
 }
 
 TEST(MaintenanceCommands, DebuggerPlayerLetsTheServiceUninstallTwiceWithNotify) {
@@ -121,15 +116,6 @@ TEST(MaintenanceCommands, DebuggerPlayerLetsTheServiceUninstallTwiceWithNotify) 
   EXPECT_FALSE(world->files.Exists(kUpdater));
   EXPECT_EQ(world->registry.Writes().back().path,
             u"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Image File Execution Options\\UpdateSvc.exe");
-}
-
-TEST(MaintenanceCommands, FailedNotifyModeSkipsTheUninstallButTheFileStillGoes) {
-  auto world = World({}, u"", {kUpdater});
-  world->launcher.SetExitCode(Line(kUpdater, u"-setNotifyAutoUpdate"), 1);
-  EXPECT_FALSE(Commands(*world).RemoveUpdateServiceFile(MString(kUpdater), true));
-  EXPECT_EQ(world->launcher.CommandLines(),
-            (Paths{Line(kUpdater, u"-uninstall"), Line(kUpdater, u"-setNotifyAutoUpdate")}));
-  EXPECT_FALSE(world->files.Exists(kUpdater));
 }
 
 }  // namespace

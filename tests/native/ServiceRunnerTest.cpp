@@ -54,7 +54,6 @@ TEST_F(ServiceRunnerTest, ModesRunTheirSwitchesInOrderAndOnlyModeTwoLeavesTheNot
       {0, {Line(u"-setSilentAutoUpdate")}, true},
       {1, {Line(u"-uninstall"), Line(u"-setNotifyAutoUpdate")}, true},
       {2, {Line(u"-uninstall"), Line(u"-setDisableAutoUpdate")}, false},
-      {3, {Line(u"-setNotifyAutoUpdate")}, true},
       {4, {Line(u"-setDisableAutoUpdate")}, true},
   };
   for (const auto& c : cases) {
@@ -73,13 +72,6 @@ TEST_F(ServiceRunnerTest, ModesRunTheirSwitchesInOrderAndOnlyModeTwoLeavesTheNot
   }
 }
 
-TEST_F(ServiceRunnerTest, ModeOneRefreshesTheNotifierTaskWithTheHostsPath) {
-  TestWorld pepper({u"-ppapi"}, kTaskHost);
-  EXPECT_TRUE(::Runner(pepper).SetUpdateMode(1));
-  EXPECT_EQ(pepper.scheduler.LastDefinition().commandPath, u"C:\\Lumen\\Notifier.exe");
-  EXPECT_EQ(pepper.scheduler.LastDefinition().commandArguments, u"-check pepperplugin");
-}
-
 TEST_F(ServiceRunnerTest, BothSwitchesOfAModeRunEvenWhenTheFirstFailsAndAnUnknownModeRunsNothing) {
   world_.launcher.SetExitCode(Line(u"-uninstall"), 1);
   EXPECT_FALSE(Runner().SetUpdateMode(1));
@@ -88,14 +80,6 @@ TEST_F(ServiceRunnerTest, BothSwitchesOfAModeRunEvenWhenTheFirstFailsAndAnUnknow
   EXPECT_FALSE(Runner().SetUpdateMode(7));
   EXPECT_EQ(world_.launcher.Runs().size(), 2u);
   EXPECT_EQ(world_.Reports(), Strings{"1118 1 "});
-}
-
-TEST_F(ServiceRunnerTest, FailedTaskLeavesTheModesResultAlone) {
-  TestWorld pepper({u"-ppapi"}, kTaskHost);
-  pepper.scheduler.Fail(TaskStep::InitializeCom, TaskResult::kFailed);
-  EXPECT_TRUE(::Runner(pepper).SetUpdateMode(3));
-  pepper.launcher.SetExitCode(Line(u"-setDisableAutoUpdate"), 2);
-  EXPECT_FALSE(::Runner(pepper).SetUpdateMode(4));
 }
 
 }  // namespace

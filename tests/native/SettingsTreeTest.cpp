@@ -39,28 +39,6 @@ struct SettingsTreeText : ::testing::Test {
 
 }  // namespace
 
-TEST_F(SettingsTreeText, KeysValuesAndNestedBlocksWithEntriesInReverseOrderAndValuesInOrder) {
-  Parse(u"FilenamesAX a.ocx \"b c.exe\"; Group { Inner 1; }");
-  EXPECT_EQ(Values(tree, u"FilenamesAX"), (Names{u"a.ocx", u"b c.exe"}));
-  EXPECT_EQ(Values(tree, u"Group.Inner"), (Names{u"1"}));
-  EXPECT_EQ(Find(tree, u"Group")->name.View(), u"Group");
-
-  Parse(u"A 1; B 2; C x y z;");
-  EXPECT_EQ(Chain(tree.first->children), (Names{u"C", u"B", u"A"}));
-  EXPECT_TRUE(tree.first->name.IsEmpty());
-  EXPECT_EQ(Values(tree, u"C"), (Names{u"x", u"y", u"z"}));
-}
-
-TEST_F(SettingsTreeText, KeysRunOverLinesAndQuotesHoldDelimitersButEmptyQuotesAddNothing) {
-  Parse(u";; K a\r\n b\n\t c ; L v1\r\n v2");
-  EXPECT_EQ(Values(tree, u"K"), (Names{u"a", u"b", u"c"}));
-  EXPECT_EQ(Values(tree, u"L"), (Names{u"v1", u"v2"}));
-
-  Parse(u"\"\" K \"\" \"x;{y} z\" ab\"cd\"ef;");
-  EXPECT_EQ(Values(tree, u"K"), (Names{u"x;{y} z", u"ab", u"cd", u"ef"}));
-  EXPECT_EQ(Chain(tree.first->children), (Names{u"K"}));
-}
-
 TEST_F(SettingsTreeText, BraceWithoutKeyIsSkippedAndClosingBraceOrACharacterBelowNineEndsTheLevel) {
   Parse(u"{ A 1; } B 2;");
   EXPECT_EQ(Values(tree, u"A"), (Names{u"1"}));
@@ -69,9 +47,6 @@ TEST_F(SettingsTreeText, BraceWithoutKeyIsSkippedAndClosingBraceOrACharacterBelo
   Parse(u"A 1; { B 2; } C 3;");
   EXPECT_EQ(Values(tree, u"B"), (Names{u"2"}));
   EXPECT_EQ(Values(tree, u"C"), (Names{u"<missing>"}));
-  SettingsTree third;
-  ParseSettings(third, MString(u"A 1; } B 2;"));
-  EXPECT_EQ(Chain(third.first->children), (Names{u"A"}));
 
   Parse(u"G { X 1; \x01 Y 2; } H 3;");
   EXPECT_EQ(Values(tree, u"G.X"), (Names{u"1"}));
@@ -102,10 +77,7 @@ TEST_F(SettingsTreeText, FindTriesEverySiblingAndTheLaterDocumentFirst) {
   EXPECT_EQ(Chain(tree.first->children), (Names{u"G", u"G"}));
   EXPECT_EQ(Values(tree, u"G.X"), (Names{u"1"}));
   EXPECT_EQ(Values(tree, u"G.Y"), (Names{u"2"}));
-  EXPECT_EQ(Find(tree, u"G.Z"), nullptr);
-  EXPECT_EQ(Find(tree, u"G.X.Y"), nullptr);
   EXPECT_EQ(Find(tree, u"G."), nullptr);
-  EXPECT_EQ(Find(tree, u"g"), nullptr);
 
   Parse(u"K old; OnlyFirst 1;");
   Parse(u"K new;");
@@ -122,14 +94,3 @@ TEST_F(SettingsTreeText, PrefixLookupMatchesWhenTheKeyPartStartsWithTheName) {
   EXPECT_EQ(FindSettingByPrefix(tree, MString(u"Con.Lumen")), nullptr);
 }
 
-TEST_F(SettingsTreeText, LoadStringListAppendsValuesAndFailsOnlyForMissingKey) {
-  Parse(u"Names a b; Empty;");
-  MStringList list;
-  list.Add(MString(u"before"));
-  EXPECT_TRUE(LoadStringList(list, tree, MString(u"Names")));
-  EXPECT_TRUE(LoadStringList(list, tree, MString(u"Empty")));
-  EXPECT_FALSE(LoadStringList(list, tree, MString(u"Missing")));
-  ASSERT_EQ(list.Count(), 3);
-  EXPECT_EQ(list.head->next->key.View(), u"a");
-  EXPECT_EQ(list.tail->value.View(), u"b");
-}

@@ -27,30 +27,6 @@ void Fill(StringVector& vector, int from, int to) {
 
 }  // namespace
 
-TEST(StringVector, StoresItsOwnCopyOfEachText) {
-  StringVector vector;
-  char text[] = "lumen.dll";
-  ASSERT_TRUE(vector.Append(text));
-  text[0] = 'X';
-  EXPECT_STREQ(vector.At(0), "lumen.dll");
-  EXPECT_NE(vector.At(0), text);
-  EXPECT_EQ(vector.At(1), nullptr);
-  EXPECT_EQ(vector.At(-1), nullptr);
-}
-
-TEST(StringVector, CapacityStartsAtEightAndDoubles) {
-  StringVector vector;
-  EXPECT_EQ(vector.Capacity(), 8);
-  Fill(vector, 0, 8);
-  EXPECT_EQ(vector.Capacity(), 8);
-  Fill(vector, 8, 9);
-  EXPECT_EQ(vector.Capacity(), 16);
-  Fill(vector, 9, 17);
-  EXPECT_EQ(vector.Capacity(), 32);
-  EXPECT_EQ(vector.Count(), 17);
-  EXPECT_STREQ(vector.At(16), "16");
-}
-
 TEST(StringVector, FailedGrowthKeepsItemsAndSetsCapacityToCount) {
   FailableStringVector vector;
   Fill(vector, 0, 8);

@@ -31,14 +31,6 @@ TEST_F(UninstallCleanupTest, EitherKeyStartsTheToolQuietlyForTheProductCodeAndNe
   EXPECT_EQ(world_.launcher.ShellRuns(),
             (std::vector<FakeProcessLauncher::ShellRun>{
                 {u"C:\\Windows\\system32\\msiexec.exe", u"/q /X " + std::u16string(kCode)}}));
-
-  TestWorld both;
-  Register(both, kUninstall);
-  Register(both, kUninstallWow);
-  RemoveMsi(both);
-  EXPECT_EQ(both.launcher.ShellRuns().size(), 1u);
-  // Nothing here reports, whatever the tool did.
-  EXPECT_TRUE(both.Reports().empty());
 }
 
 TEST_F(UninstallCleanupTest, KindsEntriesGoWithItsListedProducts) {

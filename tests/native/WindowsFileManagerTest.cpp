@@ -19,40 +19,22 @@ class WindowsFileManagerTest : public WorldTest {
   }
   ~WindowsFileManagerTest() override { WindowsFileManager::ForgetProcessValues(); }
 
-  bool LocalFlagFor(std::string config) {
-    files_.AddFile(kConfig, std::move(config));
-    WindowsFileManager manager(platform_);
-    WindowsFileManager::ForgetProcessValues();
-    return manager.EnableLocalAppData();
-  }
-
   FakeFileSystem& files_ = world_.files;
   FakeSystem& system_ = world_.system;
   Platform platform_ = world_.GetPlatform();
 };
-
-TEST_F(WindowsFileManagerTest, LocalAppDataFlagIsReadFromTheConfigFile) {
-  EXPECT_TRUE(LocalFlagFor("EnableLocalAppData = YES\n"));
-  EXPECT_FALSE(LocalFlagFor("EnableLocalAppData=0\n"));
-  EXPECT_TRUE(LocalFlagFor("EnableLocalAppData=2\n"));
-  EXPECT_FALSE(LocalFlagFor("enablelocalappdata=1\n"));
-  EXPECT_FALSE(LocalFlagFor(std::string("\xFF\xFE") + "EnableLocalAppData=1\n"));
-}
 
 TEST_F(WindowsFileManagerTest, MissingConfigFileMeansRoamingDataAndTheLocalFlagMovesOnlyPlayerData) {
   WindowsFileManager manager(platform_);
   EXPECT_FALSE(manager.EnableLocalAppData());
   EXPECT_EQ(manager.GetConfigFilePath(), "C:\\Windows\\SysWOW64\\Halcyons\\Lumen\\hms.cfg");
   EXPECT_EQ(manager.GetPlayerDataPath(), "C:\\Users\\Z\\Roaming\\Halcyonics\\Lumen Player");
-  EXPECT_EQ(manager.GetPathSeparator(), "\\");
 
   files_.AddFile(kConfig, "EnableLocalAppData=y");
   WindowsFileManager::ForgetProcessValues();
   WindowsFileManager local(platform_);
   EXPECT_EQ(local.GetPlayerDataPath(), "C:\\Users\\Z\\Local\\Halcyonics\\Lumen Player");
   EXPECT_EQ(local.GetAssetCachePath(), "C:\\Users\\Z\\Roaming\\Corva\\Lumen Player\\AssetCache");
-  EXPECT_EQ(local.GetCacheDirectoryPath(), "C:\\Users\\Z\\Roaming\\Corva\\Lumen Player\\CLCache");
-  EXPECT_EQ(local.GetPrivateDataPath(), "C:\\Users\\Z\\Roaming\\Corva\\Lumen Player\\CPSPrivateData2");
 }
 
 TEST_F(WindowsFileManagerTest, ProcessValuesAreFilledOnceInUtf8) {
