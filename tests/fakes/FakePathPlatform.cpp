@@ -8,6 +8,7 @@ namespace {
 
 constexpr uint32_t kGetReparsePoint = 0x900A8;
 constexpr uint32_t kFlagOpenReparsePoint = 0x200000;
+constexpr uint32_t kObjCaseInsensitive = 64;
 
 constexpr std::array<std::u16string_view, 22> kDeviceNames = {
     u"CON",  u"PRN",  u"AUX",  u"NUL",  u"COM1", u"COM2", u"COM3", u"COM4", u"COM5", u"COM6", u"COM7",
@@ -183,10 +184,32 @@ uint32_t FakePathPlatform::GetFileAttributes(const char16_t* path) {
   return entry == attributes_.end() ? PathAttribute::kInvalid : entry->second;
 }
 
+bool FakePathPlatform::OpenSymbolicLinkObject(const char16_t* objectName, uint32_t access, uint32_t attributes,
+                                              Handle& link) {
+  std::u16string name(objectName);
+  bool caseless = (attributes & kObjCaseInsensitive) != 0;
+  for (const auto& [known, target] : linkObjects_) {
+    if (known == name || (caseless && Upper(known) == Upper(name))) {
+      link = NewHandle({known, 0, true});
+      return true;
+    }
+  }
+  return false;
+}
+
+bool FakePathPlatform::QuerySymbolicLinkObject(Handle link, uint16_t maximumBytes, std::u16string& target) {
+  auto handle = handles_.find(reinterpret_cast<uintptr_t>(link));
+  if (handle == handles_.end() || !handle->second.linkObject) return false;
+  const std::u16string& text = linkObjects_.at(handle->second.key);
+  if (text.size() * 2 > maximumBytes) return false;
+  target = text;
+  return true;
+}
+
 bool FakePathPlatform::DeviceIoControl(Handle device, uint32_t controlCode, std::vector<uint8_t>& output,
                                        uint32_t& bytesReturned) {
   auto handle = handles_.find(reinterpret_cast<uintptr_t>(device));
-  if (handle == handles_.end() || controlCode != kGetReparsePoint) return false;
+  if (handle == handles_.end() || handle->second.linkObject || controlCode != kGetReparsePoint) return false;
   // Opened without the reparse flag, the handle is the link's target, which is no reparse point.
   if ((handle->second.flags & kFlagOpenReparsePoint) == 0) return false;
   auto data = reparseData_.find(handle->second.key);

@@ -43,6 +43,9 @@ class FakePathPlatform : public PathPlatform {
   void AddSymbolicLink(std::u16string_view directory, std::u16string_view target) {
     AddReparsePoint(directory, ReparseData(kTagSymbolicLink, u"\\??\\" + std::u16string(target), target));
   }
+  void AddLinkObject(std::u16string_view objectName, std::u16string target) {
+    linkObjects_[std::u16string(objectName)] = std::move(target);
+  }
   void FailOpen(std::u16string_view path) { failingOpens_.insert(Key(path)); }
 
   int FullPathCalls() const { return fullPathCalls_; }
@@ -86,14 +89,13 @@ class FakePathPlatform : public PathPlatform {
     value = entry->second;
     return true;
   }
-  // No object-manager links exist here.
-  bool OpenSymbolicLinkObject(const char16_t*, uint32_t, uint32_t, Handle&) override { return false; }
-  bool QuerySymbolicLinkObject(Handle, uint16_t, std::u16string&) override { return false; }
+  bool OpenSymbolicLinkObject(const char16_t* objectName, uint32_t access, uint32_t attributes, Handle& link) override;
+  bool QuerySymbolicLinkObject(Handle link, uint16_t maximumBytes, std::u16string& target) override;
   bool CreateFile(const char16_t* path, uint32_t access, uint32_t shareMode, uint32_t disposition, uint32_t flags,
                   Handle& file) override {
     std::u16string key = Key(Expand(path));
     if (failingOpens_.count(key) != 0 || attributes_.count(key) == 0) return false;
-    file = NewHandle({key, flags});
+    file = NewHandle({key, flags, false});
     return true;
   }
   bool DeviceIoControl(Handle device, uint32_t controlCode, std::vector<uint8_t>& output,
@@ -104,6 +106,7 @@ class FakePathPlatform : public PathPlatform {
   struct OpenHandle {
     std::u16string key;
     uint32_t flags;
+    bool linkObject;
   };
 
   static std::u16string Upper(std::u16string_view text);
@@ -130,6 +133,7 @@ class FakePathPlatform : public PathPlatform {
   std::map<std::u16string, uint32_t> attributes_;
   std::map<std::u16string, std::u16string> shortNames_;
   std::map<std::u16string, std::vector<uint8_t>> reparseData_;
+  std::map<std::u16string, std::u16string> linkObjects_;
   std::set<std::u16string> failingOpens_;
   std::map<uintptr_t, OpenHandle> handles_;
   uintptr_t nextHandle_ = 0x100;

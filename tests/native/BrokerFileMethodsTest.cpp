@@ -167,6 +167,13 @@ TEST_F(BrokerFileMethodsTest, ASearchListsEntriesUntilTheEndOfTheListing) {
   EXPECT_EQ(methods.FindFirstFile(u"C:\\Windows\\*", &leaf, &attributes, &cookie), kDenied);
 }
 
+TEST_F(BrokerFileMethodsTest, FindCloseOnAFileCookieHandsTheFileHandleOnAndFreesTheCookie) {
+  uint32_t cookie = Open(kPlayerData + u"\\a.sol", 0);
+  EXPECT_EQ(methods.FindClose(cookie), static_cast<int32_t>(0x80070006));
+  EXPECT_EQ(cookies.FindCookie(cookie), nullptr);
+  EXPECT_EQ(files.OpenHandles(), 1u);
+}
+
 TEST_F(BrokerFileMethodsTest, HistoryIsDeletedAndTheFolderMadeAgainEmpty) {
   files.AddFile(kShared + u"\\x.sol", "x");
   EXPECT_EQ(methods.DeleteBrowsingHistory(kPlayerData.c_str()), 0);

@@ -110,18 +110,20 @@ TEST(BrokerPathPolicyRules, AllowListHoldsTheTwentyFiveExtensions) {
 }
 
 TEST(BrokerPathPolicyRules, UncServerRootIsABareServerName) {
-  for (const char16_t* path : {u"\\\\SERVER", u"//SERVER/"}) {
+  for (const char16_t* path : {u"\\\\SERVER", u"\\\\SERVER\\", u"//SERVER/", u"\\\\S"}) {
     EXPECT_TRUE(BrokerPathPolicy::IsUncServerRoot(path)) << Text(std::u16string(path));
   }
-  for (const char16_t* path : {u"\\\\SERVER\\SHARE", u"\\\\", u"\\SERVER"}) {
+  for (const char16_t* path : {u"\\\\SERVER\\SHARE", u"\\\\SERVER\\\\", u"\\\\", u"\\\\\\X", u"\\SERVER", u"C:\\"}) {
     EXPECT_FALSE(BrokerPathPolicy::IsUncServerRoot(path)) << Text(std::u16string(path));
   }
 }
 
-TEST_F(BrokerPathPolicyTest, PlayerDataNeedsAListedExtensionWhenAsked) {
+TEST_F(BrokerPathPolicyTest, PlayerAndVendorDataNeedAListedExtensionWhenAsked) {
   EXPECT_TRUE(Writable(kPlayerData + u"\\x.sol"));
+  EXPECT_TRUE(Writable(kVendor + u"\\x.ico"));
   EXPECT_FALSE(Writable(kPlayerDataUpper + u"\\X.EXE"));
   EXPECT_TRUE(Writable(kPlayerDataUpper + u"\\X.EXE", false));
+  EXPECT_FALSE(Writable(kVendor + u"\\x.exe"));
   EXPECT_TRUE(Writable(kPlayerData, false));
   // The interface asks for the extension only when the caller passes exactly 1.
   std::u16string exe = kPlayerData + u"\\x.exe";
@@ -156,6 +158,13 @@ TEST_F(BrokerPathPolicyTest, TempRootIsTheLowFolderInServerModeAndTakesAnyExtens
 
   BrokerPathPolicy userPolicy(platform, false);
   EXPECT_TRUE(userPolicy.IsWritableDataPath((kTemp + u"\\x.exe").c_str(), true, nullptr));
+
+  // A temp root inside the player's data still needs the extension.
+  platform.SetTempPath(kPlayerData + u"\\Temp\\");
+  platform.AddDirectory(kPlayerData + u"\\Temp");
+  BrokerPathPolicy nestedPolicy(platform, false);
+  EXPECT_FALSE(nestedPolicy.IsWritableDataPath((kPlayerData + u"\\Temp\\x.exe").c_str(), true, nullptr));
+  EXPECT_TRUE(nestedPolicy.IsWritableDataPath((kPlayerData + u"\\Temp\\x.tmp").c_str(), true, nullptr));
 }
 
 TEST_F(BrokerPathPolicyTest, LocalAppDataTokenIsWritableOnlyWithLocalPlayerData) {
@@ -172,6 +181,17 @@ TEST_F(BrokerPathPolicyTest, LocalAppDataTokenIsWritableOnlyWithLocalPlayerData)
   EXPECT_EQ(Text(policy.ExpandBrokerPath(u"<local_appdata>\\x")), "<local_appdata>\\x");
   std::u16string longPath = u"<LOCAL_APPDATA>\\" + std::u16string(240, u'A');
   EXPECT_EQ(policy.ExpandBrokerPath(longPath.c_str()).View(), longPath);
+}
+
+TEST_F(BrokerPathPolicyTest, UncLongFormIsJudgedAsItsUncPath) {
+  FakePathPlatform share;
+  share.SetFolder(26, u"\\\\server\\profiles\\a\\Roaming");
+  share.SetTempPath(kTemp + u"\\");
+  share.AddDirectory(u"\\\\server\\profiles\\a\\Roaming\\Halcyonics\\Lumen Player");
+  BrokerPathPolicy sharePolicy(share, false);
+  EXPECT_TRUE(sharePolicy.IsWritableDataPath(
+      u"\\\\?\\UNC\\server\\profiles\\a\\Roaming\\Halcyonics\\Lumen Player\\x.sol", true, nullptr));
+  EXPECT_FALSE(sharePolicy.IsWritableDataPath(u"\\\\?\\UNC\\server\\other\\x.sol", false, nullptr));
 }
 
 TEST_F(BrokerPathPolicyTest, RootsComeFromTheRegistryWhenTheShellFailsAndAreKeptForTheLifeOfThePolicy) {
@@ -197,13 +217,17 @@ TEST_F(BrokerPathPolicyTest, SharedFlagFollowsThePathAndSharedObjectsIncludeHash
   bool shared = false;
   EXPECT_TRUE(policy.IsWritableDataPath((kPlayerData + u"\\#SharedObjects\\abc\\x.sol").c_str(), true, &shared));
   EXPECT_TRUE(shared);
+  EXPECT_FALSE(policy.IsWritableDataPath((kPlayerData + u"\\#SharedObjects\\x.exe").c_str(), true, &shared));
+  EXPECT_TRUE(shared);
   EXPECT_TRUE(policy.IsWritableDataPath((kPlayerData + u"\\x.sol").c_str(), true, &shared));
   EXPECT_FALSE(shared);
 
   const std::u16string sys = kPlayerDataUpper + u"\\WWW.HALCYONICS.EXAMPLE\\SUPPORT\\LUMENPLAYER\\SYS";
   EXPECT_TRUE(policy.IsSharedObjectsPath((kPlayerDataUpper + u"\\#SHAREDOBJECTS\\X").c_str()));
+  EXPECT_TRUE(policy.IsSharedObjectsPath((sys + u"\\#AB\\X.SOL").c_str()));
   EXPECT_TRUE(policy.IsSharedObjectsPath((sys + u"\\#AB\\C\\X.SOL").c_str()));
   EXPECT_FALSE(policy.IsSharedObjectsPath((sys + u"\\#\\X.SOL").c_str()));
+  EXPECT_FALSE(policy.IsSharedObjectsPath((sys + u"\\#AB").c_str()));
   EXPECT_FALSE(policy.IsSharedObjectsPath((sys + u"\\AB\\#C\\X").c_str()));
   EXPECT_FALSE(policy.IsSharedObjectsPath((kPlayerDataUpper + u"\\#SHAREDOBJECTSX\\X").c_str()));
 }
@@ -215,6 +239,11 @@ TEST_F(BrokerPathPolicyTest, LinkOutOfARootIsJudgedByItsTarget) {
   EXPECT_EQ(Text(target), "C:\\Windows\\System32\\X.SOL");
   EXPECT_FALSE(Writable(kPlayerData + u"\\Escape\\x.sol"));
   EXPECT_EQ(platform.OpenHandles(), 0u);
+
+  // Only the folders on the path are walked, not the file itself.
+  platform.AddReparsePoint(kPlayerData + u"\\x.sol",
+                           FakePathPlatform::ReparseData(FakePathPlatform::kTagSymbolicLink, u"\\??\\C:\\X", u""));
+  EXPECT_TRUE(Writable(kPlayerData + u"\\x.sol"));
 }
 
 TEST_F(BrokerPathPolicyTest, ChainsAndMountPointsAreFollowedAndALinkTargetIsNotSanitisedAgain) {
@@ -252,17 +281,33 @@ TEST_F(BrokerPathPolicyTest, ChainLongerThanTheHistoryCountsAsNoLink) {
 }
 
 TEST_F(BrokerPathPolicyTest, ReparsePointWithoutAUsableNameIsNoLinkButAnUnopenableOneRefuses) {
+  platform.AddReparsePoint(kPlayerData + u"\\Dedup", FakePathPlatform::ReparseData(0x80000013, u"\\??\\D:\\X", u""));
   std::vector<uint8_t> truncated =
       FakePathPlatform::ReparseData(FakePathPlatform::kTagSymbolicLink, u"\\??\\D:\\Outside", u"");
   truncated[8] = 0xF0;  // substitute name offset beyond the data
   platform.AddReparsePoint(kPlayerData + u"\\Broken", truncated);
   MString target;
+  EXPECT_TRUE(policy.ResolveOneLink((kPlayerDataUpper + u"\\DEDUP\\X.SOL").c_str(), target));
+  EXPECT_TRUE(target.IsNull());
   EXPECT_TRUE(policy.ResolveOneLink((kPlayerDataUpper + u"\\BROKEN\\X.SOL").c_str(), target));
   EXPECT_TRUE(target.IsNull());
   // One that can't be opened can't be judged at all.
   platform.FailOpen(kPlayerData + u"\\Broken");
   EXPECT_FALSE(Writable(kPlayerData + u"\\Broken\\x.sol"));
   EXPECT_EQ(platform.OpenHandles(), 0u);
+}
+
+TEST_F(BrokerPathPolicyTest, ObjectManagerLinksAreReadAndABareServerNameEndsTheWalkButAMissingShareRefuses) {
+  platform.AddLinkObject(u"\\Device\\Lumen", u"\\??\\C:\\Outside");
+  MString target;
+  EXPECT_TRUE(policy.ResolveOneLink(u"\\\\?\\globalroot\\DEVICE\\LUMEN", target));
+  EXPECT_EQ(Text(target), "C:\\Outside");
+  EXPECT_EQ(platform.OpenHandles(), 0u);
+
+  EXPECT_FALSE(policy.ResolveOneLink(u"\\\\SERVER\\SHARE\\X.SOL", target));
+  platform.AddDirectory(u"\\\\SERVER\\SHARE");
+  EXPECT_TRUE(policy.ResolveOneLink(u"\\\\SERVER\\SHARE\\X.SOL", target));
+  EXPECT_TRUE(target.IsNull());
 }
 
 TEST_F(BrokerPathPolicyTest, ShortNameCannotSlipIntoTheSettingsDirectoryAndTheLongFormKeepsTheDisksCase) {
@@ -279,6 +324,18 @@ TEST_F(BrokerPathPolicyTest, ShortNameCannotSlipIntoTheSettingsDirectoryAndTheLo
   EXPECT_TRUE(Writable(kPlayerData + u"\\WWWHAL~1\\x.sol"));
 }
 
+TEST_F(BrokerPathPolicyTest, LongPathIsNullWithoutAChangeOfLength) {
+  platform.AddDirectory(kPlayerDataUpper + u"\\ABC DEFG");
+  platform.AddShortName(kPlayerDataUpper + u"\\ABCDEF~1", kPlayerDataUpper + u"\\ABC DEFG");
+  platform.AddShortName(kPlayerDataUpper + u"\\HASHSH~1", kPlayerDataUpper + u"\\#SHAREDOBJECTS");
+  EXPECT_TRUE(policy.TryGetLongPath((kPlayerDataUpper + u"\\X.SOL").c_str()).IsNull());
+  EXPECT_TRUE(policy.TryGetLongPath((kPlayerDataUpper + u"\\ABCDEF~1\\X.SOL").c_str()).IsNull());
+  EXPECT_EQ(Text(policy.TryGetLongPath((kPlayerDataUpper + u"\\HASHSH~1\\X.SOL").c_str())),
+            Text(kPlayerDataUpper + u"\\#SHAREDOBJECTS\\X.SOL"));
+  // The joined result must fit 260 units.
+  EXPECT_TRUE(policy.TryGetLongPath((kPlayerDataUpper + u"\\HASHSH~1\\" + std::u16string(200, u'F')).c_str()).IsNull());
+}
+
 TEST_F(BrokerPathPolicyTest, CreatableDirectoriesAreTheVendorFoldersOfTheProfile) {
   EXPECT_TRUE(policy.IsCreatableDirectory((kRoaming + u"\\Halcyonics\\New").c_str()));
   EXPECT_TRUE(policy.IsCreatableDirectory((kRoaming + u"\\Corva").c_str()));
@@ -289,12 +346,19 @@ TEST_F(BrokerPathPolicyTest, CreatableDirectoriesAreTheVendorFoldersOfTheProfile
   // Links are not resolved here.
   platform.AddSymbolicLink(kRoaming + u"\\Halcyonics\\Out", u"C:\\Windows");
   EXPECT_TRUE(policy.IsCreatableDirectory((kRoaming + u"\\Halcyonics\\Out\\New").c_str()));
+
+  BrokerPathPolicy localPolicy(platform, true);
+  localPolicy.SetEnableLocalAppData(true);
+  EXPECT_TRUE(localPolicy.IsCreatableDirectory((kLocal + u"\\Halcyonics\\New").c_str()));
+  EXPECT_TRUE(localPolicy.IsCreatableDirectory((kRoaming + u"\\Corva\\New").c_str()));
 }
 
 TEST_F(BrokerPathPolicyTest, SearchesAreJudgedByTheFolderBeforeThePattern) {
   platform.AddFile(kVendor + u"\\x.sol");
   for (const std::u16string& path :
-       {kRoaming + u"\\Other\\*", kVendor + u"\\x.sol", std::u16string(u"C:\\Windows\\system32\\Halcyons\\Lumen\\*.dll")}) {
+       {kRoaming + u"\\Corva\\*.sol", kRoaming + u"\\Other\\*", kVendor + u"\\x.sol", kTemp + u"\\Low\\*",
+        std::u16string(u"C:\\Windows\\system32\\Halcyons\\Lumen\\*.dll"),
+        std::u16string(u"C:\\Windows\\SysWOW64\\Halcyons\\Lumen\\*")}) {
     EXPECT_TRUE(policy.IsSearchablePath(path.c_str())) << Text(path);
   }
   for (const std::u16string& path :
