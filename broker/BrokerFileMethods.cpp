@@ -32,6 +32,8 @@ int32_t BrokerFileMethods::CreateFile(const char16_t* pFileName, int32_t p_readO
 
   bool forReading = p_readOnly != 0;
   BrokerFileRules::OpenArguments open = BrokerFileRules::ForOpen(p_readOnly, p_truncateOnOpen);
+  // Reading is otherwise open to any path, but never the settings through an alias.
+  if (policy_.IsSettingsAliasPath(path.Data())) return BrokerHresult::kAccessDenied;
   int32_t refusal = CheckProtection(path.Data(), forReading, open);
   if (refusal != BrokerHresult::kOk) return refusal;
 
@@ -223,6 +225,7 @@ int32_t BrokerFileMethods::GetFileAttributesEx(const char16_t* p_fileName, FileA
   MString path = policy_.ExpandBrokerPath(p_fileName);
   if (!attributes) return BrokerHresult::kInvalidArgument;
   if (!files_.IsBound(Function::kGetFileAttributesEx)) return BrokerHresult::kFail;
+  if (policy_.IsSettingsAliasPath(path.Data())) return BrokerHresult::kAccessDenied;
   FileAttributeData data;
   uint32_t error = files_.GetFileAttributesEx(path.Data(), data);
   if (error != 0) return PlatformResult(error);

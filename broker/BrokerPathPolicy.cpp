@@ -17,6 +17,8 @@ constexpr int32_t kCsidlSystemX86 = 41;
 constexpr uint32_t kFullPathCapacity = 1040;
 constexpr int kCanonicalRounds = 100;
 constexpr uint32_t kMaxPath = 260;
+// The platform's own limit for a path in its long form.
+constexpr uint32_t kMaxLongPath = 32768;
 
 constexpr std::u16string_view kLocalAppDataToken = u"<LOCAL_APPDATA>";
 constexpr std::u16string_view kLongPrefix = u"\\\\?\\";
@@ -405,6 +407,8 @@ bool BrokerPathPolicy::IsWritableDataPath(const char16_t* path, bool requireExte
   if (!ResolveAllLinks(candidate.Data(), target)) return false;
   // The target is judged as the link gave it, without sanitising it again.
   if (!target.IsNull()) candidate = target;
+  // Judged on the aliases as given: the long form below may keep some and change case.
+  const bool settingsAlias = IsSettingsAliasPath(candidate.Data());
   MString longPath = TryGetLongPath(candidate.Data());
   if (!longPath.IsNull()) candidate = longPath;
 
@@ -418,6 +422,7 @@ bool BrokerPathPolicy::IsWritableDataPath(const char16_t* path, bool requireExte
   if (allowed && (underPlayerData || underVendor) && requireExtension) {
     allowed = HasAllowedExtension(candidate.Data());
   }
+  if (settingsAlias) allowed = false;
   if (sharedFlagOut) *sharedFlagOut = IsSharedObjectsPath(candidate.Data());
   return allowed;
 }
@@ -452,6 +457,7 @@ bool BrokerPathPolicy::IsCreatableDirectory(const char16_t* path) {
     }
     return false;
   };
+  if (IsSettingsAliasPath(candidate.Data())) return false;
   if (underSuffixedRoot(roamingRoot_)) return true;
   return enableLocalAppData_ && underSuffixedRoot(localRoot_);
 }
@@ -469,6 +475,7 @@ bool BrokerPathPolicy::IsSearchablePath(const char16_t* path) {
   }
   MString candidate = SanitizePath(std::u16string(view).c_str(), true);
   if (candidate.IsNull()) return false;
+  if (IsSettingsAliasPath(candidate.Data())) return false;
   FillRoot(roamingRoot_, RoamingAppData());
   FillRoot(tempRoot_, GetTempRoot());
   return UnderRoot(candidate.View(), roamingRoot_) || IsSystemPlayerPath(candidate.Data()) ||
@@ -480,6 +487,43 @@ bool BrokerPathPolicy::IsSystemPlayerPath(const char16_t* path) {
   ready &= FillSystemRoot(systemWow64PlayerRoot_, kCsidlSystemX86);
   if (!ready || !path) return false;
   return IsPathUnderRoot(path, systemPlayerRoot_.Data()) || IsPathUnderRoot(path, systemWow64PlayerRoot_.Data());
+}
+
+bool BrokerPathPolicy::IsSettingsAliasPath(const char16_t* path) {
+  // Aliases always hold a tilde; a path without one is left to the other tests untouched.
+  if (!path || std::u16string_view(path).find(u'~') == std::u16string_view::npos) return false;
+  MString sanitized = SanitizePath(path, true);
+  if (sanitized.IsNull() || !FillRoot(vendorSettingsRoot_, VendorSettingsDir())) return true;
+
+  // Expanded one component at a time from the top, the last one included, in the
+  // platform's long-path limit rather than 260 units: an alias is what hides the length.
+  std::u16string_view rest = sanitized.View();
+  size_t rootEnd = rest.starts_with(u"\\\\") ? rest.find(u'\\', rest.find(u'\\', 2) + 1) : rest.find(u'\\');
+  if (rootEnd == rest.npos) return false;
+  std::u16string expanded(rest.substr(0, rootEnd));
+  rest.remove_prefix(rootEnd);
+  while (!rest.empty()) {
+    rest.remove_prefix(1);
+    size_t end = std::min(rest.find(u'\\'), rest.size());
+    std::u16string next = expanded + u"\\" + std::u16string(rest.substr(0, end));
+    rest.remove_prefix(end);
+    if (next.find(u'~', expanded.size()) != std::u16string::npos) {
+      std::u16string longForm;
+      uint32_t length = platform_.GetLongPathName(next.c_str(), kMaxLongPath, longForm);
+      if (length == 0) {
+        // Nothing of that name exists, so nothing below it does: it is no alias.
+        if (platform_.GetFileAttributes(next.c_str()) != PathAttribute::kInvalid) return true;
+        expanded = next + std::u16string(rest);
+        break;
+      }
+      if (length >= kMaxLongPath || longForm.empty()) return true;
+      next = longForm;
+    }
+    expanded = next;
+  }
+  // The disk's case may differ from the root's.
+  if (!platform_.CharUpperBuff(expanded)) return true;
+  return UnderRoot(expanded, vendorSettingsRoot_);
 }
 
 int32_t BrokerPathPolicy::BrokerIsWritablePath(const char16_t* p_path, int32_t p_alsoCheckExtension) {

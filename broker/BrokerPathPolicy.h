@@ -48,6 +48,10 @@ class BrokerPathPolicy {
   bool ResolveOneLink(const char16_t* path, MString& target);
   // The path with 8.3 directory names made long, or null for no change.
   MString TryGetLongPath(const char16_t* path);
+  // True when the path reaches the settings directory, or anything under it, through
+  // an 8.3 alias in any component, or holds an alias that can't be expanded. Every
+  // file method refuses such a path, whatever else it allows.
+  bool IsSettingsAliasPath(const char16_t* path);
   // The question of the interface: 0 writable, 0x80004005 not.
   int32_t BrokerIsWritablePath(const char16_t* p_path, int32_t p_alsoCheckExtension);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <vector>
 
 namespace SASM {
 
@@ -104,12 +105,21 @@ bool CoreLcdAccessor::RemoveConnection(const char* name, uint32_t realm) {
 bool CoreLcdAccessor::RemoveEntry(const char* name, uint32_t realm) {
   uint8_t* entry = FindConnection(name, realm);
   if (!entry || *entry == 0) return false;
+  return RemoveEntryAt(entry, std::strlen(name));
+}
+
+size_t CoreLcdAccessor::RemovalLength(const uint8_t* entry, size_t nameLength) const {
   // The name goes with at most two four-byte suffixes, judged by their colons only.
-  size_t removed = std::strlen(name) + 1;
+  size_t removed = nameLength + 1;
   for (int suffix = 0; suffix < 2; ++suffix) {
     if (ByteAt(entry, removed) != kColon || ByteAt(entry, removed + 1) != kColon) break;
     removed += 4;
   }
+  return removed;
+}
+
+bool CoreLcdAccessor::RemoveEntryAt(uint8_t* entry, size_t nameLength) {
+  const size_t removed = RemovalLength(entry, nameLength);
   size_t end = removed;
   for (;;) {
     if (end >= Room(entry)) return false;
@@ -120,6 +130,87 @@ bool CoreLcdAccessor::RemoveEntry(const char* name, uint32_t realm) {
   }
   std::memmove(entry, entry + removed, end - removed + 1);
   return true;
+}
+
+uint8_t* CoreLcdAccessor::ListEnd(uint8_t* p) const {
+  while (Room(p) > 0) {
+    const size_t length = StringLength(p);
+    if (length == kNoEnd) return nullptr;
+    if (length == 0) return p;
+    p += length + 1;
+  }
+  return nullptr;
+}
+
+size_t CoreLcdAccessor::RemoveEveryConnection(const char* name, size_t maxRemovals) {
+  if (!segment_) return 0;
+  const size_t l = std::strlen(name);
+  // Names are found string by string and are never empty; realm 3 matches every entry.
+  auto matches = [&](const uint8_t* p, size_t length) { return l > 0 && length == l && std::memcmp(p, name, l) == 0; };
+  size_t removals = 0;
+  uint8_t* start = segment_->connectionList;
+  while (removals < maxRemovals) {
+    uint8_t* end = ListEnd(start);
+    if (!end) {
+      // No terminator: only a removal whose own walk stops early can succeed.
+      uint8_t* p = start;
+      while (Room(p) > 0) {
+        const size_t length = StringLength(p);
+        if (length == kNoEnd || length == 0 || matches(p, length)) break;
+        p += length + 1;
+      }
+      if (Room(p) == 0 || StringLength(p) == kNoEnd || *p == 0 || !RemoveEntryAt(p, l)) return removals;
+      ++removals;
+      start = p;
+      continue;
+    }
+
+    // Kept strings are copied down to `write` once; a removal only moves `read`
+    // on. Each removal the step-by-step way would leave the list's last bytes
+    // behind its shortened end: their lengths are kept to put them back.
+    uint8_t* write = start;
+    uint8_t* read = start;
+    std::vector<size_t> removedLengths;
+    uint8_t* special = nullptr;
+    while (read < end) {
+      const size_t length = StringLength(read);
+      if (removals < maxRemovals && matches(read, length)) {
+        const size_t removed = RemovalLength(read, l);
+        uint8_t* next = read + removed;
+        // Past the end, or onto the NUL closing a string: that walk ends elsewhere.
+        if (next > end || (*next == 0 && next[-1] != 0)) {
+          special = read;
+          break;
+        }
+        removedLengths.push_back(removed);
+        ++removals;
+        read = next;
+        continue;
+      }
+      std::memmove(write, read, length + 1);
+      write += length + 1;
+      read += length + 1;
+    }
+
+    // What is left, terminator included, then the bytes each removal left behind.
+    const size_t left = static_cast<size_t>(end - read) + 1;
+    size_t tailLength = 0;
+    for (size_t removed : removedLengths) tailLength = std::max(tailLength, removed);
+    const std::vector<uint8_t> tail(end + 1 - tailLength, end + 1);
+    std::memmove(write, read, left);
+    uint8_t* stale = end + 1;
+    for (size_t removed : removedLengths) {
+      stale -= removed;
+      std::memcpy(stale, tail.data() + tailLength - removed, removed);
+    }
+    if (!special) return removals;
+    // A malformed last entry: this one removal goes the step-by-step way.
+    uint8_t* entry = write;
+    if (!RemoveEntryAt(entry, l)) return removals;
+    ++removals;
+    start = entry;
+  }
+  return removals;
 }
 
 bool CoreLcdAccessor::GetMessageTarget(char* target, uint32_t targetSize) {
@@ -223,9 +314,7 @@ bool CoreLcdAccessor::PruneIfDead() {
   char target[kTargetBufferSize];
   if (GetMessageTarget(target, sizeof target)) {
     // A receiver that never collected loses its name, in every realm.
-    for (size_t removals = 0; removals < kMaxRemovalsPerPrune && RemoveConnection(target, kAnyRealm);
-         ++removals) {
-    }
+    RemoveEveryConnection(target, kMaxRemovalsPerPrune);
   }
   ClearMessage();
   return true;

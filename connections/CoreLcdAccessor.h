@@ -30,6 +30,10 @@ class CoreLcdAccessor : public virtual ILcdAccessor {
   // terminator when there is none, or null without a segment (or when the list
   // has no terminator inside the block).
   uint8_t* FindConnection(const char* name, uint32_t realm);
+  // The caller holds the lock. Removes every entry of this name in every realm,
+  // at most maxRemovals of them, leaving the block byte for byte as repeated
+  // RemoveConnection calls would, in one pass. Returns how many went.
+  size_t RemoveEveryConnection(const char* name, size_t maxRemovals);
   // The block must own kLcdBlockSize bytes: adds may write past the segment.
   void AttachSegment(LcdSegment* segment, bool initialise);
   bool IsSegmentValid() const;
@@ -44,6 +48,11 @@ class CoreLcdAccessor : public virtual ILcdAccessor {
   size_t StringLength(const uint8_t* p) const;
   bool ReadTarget(char* target, uint32_t targetSize) const;
   bool RemoveEntry(const char* name, uint32_t realm);
+  bool RemoveEntryAt(uint8_t* entry, size_t nameLength);
+  // How many bytes a removal at entry takes: the name and up to two suffixes.
+  size_t RemovalLength(const uint8_t* entry, size_t nameLength) const;
+  // The first empty string walking from p, or null when the walk leaves the block.
+  uint8_t* ListEnd(uint8_t* p) const;
   int32_t Post(const void* data, int32_t size, int32_t senderVersion, int32_t expectedFormat,
                       uint32_t realm);
   bool PruneIfDead();

@@ -286,7 +286,8 @@ MString MString::Substring(int32_t from, int32_t count) const {
   if (!block_) return MString();
   if (from < 0) from = 0;
   if (from > Length()) from = Length();
-  if (count < 0 || from + count > Length()) count = Length() - from;
+  // Compared without adding: from + count may not fit 32 bits.
+  if (count < 0 || count > Length() - from) count = Length() - from;
   return MString(std::u16string_view(Data() + from, count));
 }
 

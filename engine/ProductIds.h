@@ -10,20 +10,6 @@ inline constexpr ClassId kControlClass = ClassId::Parse("{7B1C3F52-4D0A-11CF-96B
 inline constexpr ClassId kControlInterface = ClassId::Parse("{25964DD5-EC91-4CA5-B4AF-056246B304B5}");
 inline constexpr ClassId kControlTypeLibrary = ClassId::Parse("{1292A30D-27C0-48F0-9A7C-EB8B6786C020}");
 
-struct ClassAndInterface {
-  ClassId classId;
-  ClassId interfaceId;
-};
-
-// Earlier control classes, one interface each, oldest first.
-inline constexpr ClassAndInterface kEarlierControls[5] = {
-    {ClassId::Parse("{1AD8C0A3-6AD0-4DB8-9A15-971353C43256}"), ClassId::Parse("{F5C67B90-6071-4A01-A55E-9C73365C8829}")},
-    {ClassId::Parse("{154F230D-691D-4B7C-8BBB-B5DAEECF863D}"), ClassId::Parse("{8DBD5511-6C9F-4348-BA6B-9C27E65326E6}")},
-    {ClassId::Parse("{06272B19-4AC9-46A3-BC0C-4F3EC2ACE4D9}"), ClassId::Parse("{D3923D10-874D-4D8F-8A79-1F719DB51D13}")},
-    {ClassId::Parse("{62B361A1-38D6-4A51-A780-A14273117017}"), ClassId::Parse("{E79547E6-D4DC-474E-8DA7-F1E5F109CB98}")},
-    {ClassId::Parse("{FD98EFF4-09E5-4662-9DF7-1DDD702EC60A}"), ClassId::Parse("{30094ACB-25E5-4C00-89B0-FCCFB0942050}")},
-};
-
 // The control generation before this one: its class, its property page and its library.
 inline constexpr ClassId kFormerControlClass = ClassId::Parse("{8A008F5F-7E46-4C5C-99D0-516298B0AF2E}");
 inline constexpr ClassId kFormerPropertyPageClass = ClassId::Parse("{A3CA76E7-0442-4923-AF22-3671804A212D}");

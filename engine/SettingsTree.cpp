@@ -27,6 +27,9 @@ class Parser {
   SettingsNode* ParseLevel() {
     SettingsNode* level = nullptr;
     SettingsNode* key = nullptr;
+    // Where the key's next value and next block go: appends stay constant-time.
+    SettingsNode** valueSlot = nullptr;
+    SettingsNode** blockSlot = nullptr;
     bool haveKey = false;
     while (true) {
       std::u16string_view token = ReadToken();
@@ -36,9 +39,11 @@ class Parser {
           key->name = MString(token);
           key->next = level;
           level = key;
+          valueSlot = &key->values;
+          blockSlot = &key->children;
           haveKey = true;
         } else {
-          AppendValue(key, token);
+          valueSlot = Append(valueSlot, NewValue(token));
         }
       }
       if (pos_ >= text_.size()) return level;
@@ -61,7 +66,7 @@ class Parser {
         SettingsNode* block = ParseLevel();
         --depth_;
         if (pos_ < text_.size() && text_[pos_] == u'}') ++pos_;
-        AppendBlock(key, block);
+        blockSlot = Append(blockSlot, block);
       }
     }
   }
@@ -77,18 +82,17 @@ class Parser {
     return text_.substr(begin, pos_ - begin);
   }
 
-  static void AppendValue(SettingsNode* key, std::u16string_view token) {
+  static SettingsNode* NewValue(std::u16string_view token) {
     auto* value = new SettingsNode;
     value->name = MString(token);
-    SettingsNode** slot = &key->values;
-    while (*slot) slot = &(*slot)->next;
-    *slot = value;
+    return value;
   }
 
-  static void AppendBlock(SettingsNode* key, SettingsNode* block) {
-    SettingsNode** slot = &key->children;
+  // Links node (and whatever already follows it) at slot; returns the slot after the chain's end.
+  static SettingsNode** Append(SettingsNode** slot, SettingsNode* node) {
+    *slot = node;
     while (*slot) slot = &(*slot)->next;
-    *slot = block;
+    return slot;
   }
 
   static constexpr int kMaxDepth = 200;

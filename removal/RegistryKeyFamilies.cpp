@@ -8,6 +8,7 @@
 #include "engine/ClassId.h"
 #include "engine/IRegistry.h"
 #include "engine/ProductIds.h"
+#include "broker/BrokerIdentities.h"
 
 namespace SASM {
 namespace {
@@ -22,22 +23,27 @@ constexpr char kRootClsid[] = "CLASSES_ROOT\\CLSID\\";
 constexpr char kRootInterface[] = "CLASSES_ROOT\\Interface\\";
 constexpr char kRootTypeLib[] = "CLASSES_ROOT\\TypeLib\\";
 
-// A row is a fixed name, a prefix followed by an id's text, or a whole nested family.
+// A row is a fixed name, a prefix followed by an id's text (ours, or a broker
+// generation's), or a whole nested family.
 struct Row {
   const char* text;
   const ClassId* id = nullptr;
   const Family* nested = nullptr;
+  const std::u16string_view* brokerId = nullptr;
 };
 
 constexpr Family kControl = Family::Control;
 constexpr Family kProgramId = Family::ProgramId;
 
+constexpr const BrokerGeneration (&kBroker)[6] = BrokerIdentities::kGenerations;
+
+// The broker's earlier generations 1 to 5, class then interface; the served one stays.
 constexpr Row kActiveXMachineClasses[] = {
-    {kMachineClsid, &Ids::kEarlierControls[0].classId},     {kMachineInterface, &Ids::kEarlierControls[0].interfaceId},
-    {kMachineClsid, &Ids::kEarlierControls[1].classId},     {kMachineInterface, &Ids::kEarlierControls[1].interfaceId},
-    {kMachineClsid, &Ids::kEarlierControls[2].classId},     {kMachineInterface, &Ids::kEarlierControls[2].interfaceId},
-    {kMachineClsid, &Ids::kEarlierControls[3].classId},     {kMachineInterface, &Ids::kEarlierControls[3].interfaceId},
-    {kMachineClsid, &Ids::kEarlierControls[4].classId},     {kMachineInterface, &Ids::kEarlierControls[4].interfaceId},
+    {kMachineClsid, nullptr, nullptr, &kBroker[0].classId}, {kMachineInterface, nullptr, nullptr, &kBroker[0].interfaceId},
+    {kMachineClsid, nullptr, nullptr, &kBroker[1].classId}, {kMachineInterface, nullptr, nullptr, &kBroker[1].interfaceId},
+    {kMachineClsid, nullptr, nullptr, &kBroker[2].classId}, {kMachineInterface, nullptr, nullptr, &kBroker[2].interfaceId},
+    {kMachineClsid, nullptr, nullptr, &kBroker[3].classId}, {kMachineInterface, nullptr, nullptr, &kBroker[3].interfaceId},
+    {kMachineClsid, nullptr, nullptr, &kBroker[4].classId}, {kMachineInterface, nullptr, nullptr, &kBroker[4].interfaceId},
     {nullptr, nullptr, &kControl},
 };
 
@@ -116,6 +122,10 @@ void WalkRows(const Row (&rows)[N], RegistryKeyFamilies::Visitor visitor, void* 
     }
     std::string name = row.text;
     if (row.id) name += row.id->Text();
+    // Identities are plain ASCII.
+    if (row.brokerId) {
+      for (char16_t c : *row.brokerId) name.push_back(static_cast<char>(c));
+    }
     visitor(context, name.c_str());
   }
 }

@@ -320,8 +320,42 @@ TEST_F(BrokerPathPolicyTest, ShortNameCannotSlipIntoTheSettingsDirectoryAndTheLo
   // case no longer matches, and neither does a settings directory stored in lower case.
   platform.AddShortName(u"C:\\USERS\\A\\APPDATA\\ROAMING\\HALCYO~1", u"C:\\USERS\\A\\APPDATA\\ROAMING\\Halcyonics");
   EXPECT_FALSE(Writable(kRoaming + u"\\HALCYO~1\\Lumen Player\\x.sol"));
+  // A settings directory stored in lower case is still the settings directory.
   platform.AddShortName(kPlayerDataUpper + u"\\WWWHAL~1", kPlayerDataUpper + u"\\www.halcyonics.example");
-  EXPECT_TRUE(Writable(kPlayerData + u"\\WWWHAL~1\\x.sol"));
+  EXPECT_FALSE(Writable(kPlayerData + u"\\WWWHAL~1\\x.sol"));
+}
+
+TEST_F(BrokerPathPolicyTest, NoAliasReachesTheSettingsDirectoryAtAnyDepthOrLength) {
+  platform.AddDirectory(kSettings + u"\\Deep");
+  platform.AddShortName(kPlayerDataUpper + u"\\WWWHAL~1", kSettings);
+  platform.AddShortName(u"C:\\USERS\\A\\APPDATA\\ROAMING\\HALCYO~1", kRoaming + u"\\Halcyonics");
+  platform.AddShortName(kSettings + u"\\DEEPFO~1", kSettings + u"\\Deep");
+  // Long enough that the joined long form passes 260 units and the alias would stay.
+  const std::u16string longName = std::u16string(240 - kPlayerData.size(), u'F') + u".sol";
+  for (const std::u16string& path : {kPlayerData + u"\\WWWHAL~1\\" + longName,
+                                     kPlayerData + u"\\WWWHAL~1",               // the last component
+                                     kPlayerData + u"\\WWWHAL~1\\DEEPFO~1\\x.sol",  // two aliases
+                                     kSettings + u"\\DEEPFO~1\\" + longName,
+                                     kRoaming + u"\\HALCYO~1\\Lumen Player\\WWWHAL~1\\x.sol"}) {
+    EXPECT_FALSE(Writable(path, false)) << Text(path);
+    EXPECT_TRUE(policy.IsSettingsAliasPath(path.c_str())) << Text(path);
+  }
+  EXPECT_FALSE(policy.IsSearchablePath((kPlayerData + u"\\WWWHAL~1\\*").c_str()));
+  EXPECT_FALSE(policy.IsCreatableDirectory((kPlayerData + u"\\WWWHAL~1\\New").c_str()));
+  EXPECT_TRUE(policy.IsCreatableDirectory((kPlayerData + u"\\New").c_str()));
+
+  // A tilde that names nothing on disk is an ordinary name, and aliases elsewhere stay usable.
+  platform.AddShortName(kPlayerDataUpper + u"\\ASSETS~1", kPlayerData + u"\\#SharedObjects");
+  EXPECT_TRUE(Writable(kPlayerData + u"\\save~1.sol"));
+  EXPECT_TRUE(Writable(kPlayerData + u"\\ASSETS~1\\" + longName));
+  EXPECT_FALSE(policy.IsSettingsAliasPath((kPlayerData + u"\\NEWDIR~1\\x.sol").c_str()));
+}
+
+TEST_F(BrokerPathPolicyTest, AnAliasThatCannotBeExpandedIsRefused) {
+  platform.AddShortName(kPlayerDataUpper + u"\\WWWHAL~1", kSettings);
+  // A path that can't even be put in canonical form says nothing about where it leads.
+  EXPECT_TRUE(policy.IsSettingsAliasPath((kPlayerData + u"\\WWWHAL~1\\B*.SOL").c_str()));
+  EXPECT_FALSE(policy.IsSettingsAliasPath((kPlayerData + u"\\B*.SOL").c_str()));
 }
 
 TEST_F(BrokerPathPolicyTest, LongPathIsNullWithoutAChangeOfLength) {

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cstring>
+#include <cstddef>
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -276,6 +278,61 @@ TEST_F(CoreLcdPrune, UnreadableTargetIsClearedAndRemovesNothing) {
   EXPECT_TRUE(lcd.PruneDeadMessage());
   EXPECT_EQ(segment()->messageSize, 0u);
   EXPECT_EQ(lcd.FindConnectionFormat("t", 0), 1);
+}
+
+// Lists as a hostile writer might leave them: entries of the target with and without
+// suffixes, broken suffixes, format bytes of 0, stray colons, other names, bytes after
+// the terminator, and now and then no terminator at all.
+std::vector<uint8_t> RandomBlock(std::mt19937& random) {
+  // The bytes around the list repeat a short random pattern.
+  uint8_t pattern[61];
+  for (uint8_t& byte : pattern) byte = "t:\0x1"[random() % 5];
+  std::vector<uint8_t> block(kLcdBlockSize);
+  for (size_t i = 0; i < block.size(); ++i) block[i] = pattern[i % sizeof pattern];
+  auto pick = [&](std::initializer_list<const char*> pieces, std::initializer_list<size_t> sizes) {
+    size_t i = random() % pieces.size();
+    return std::string(pieces.begin()[i], sizes.begin()[i]);
+  };
+  std::string list;
+  const size_t entries = random() % 400;
+  for (size_t i = 0; i < entries; ++i) {
+    list += pick({"t\0", "tt\0", "x\0", "t\0::1\0::1\0", "t\0::\0\0", "t\0::AB\0", "t\0::1\0::\0\0", "::\0", "t"},
+                 {2, 3, 2, 10, 5, 6, 9, 3, 1});
+  }
+  if (random() % 8 != 0) list += std::string("\0\0", 2);
+  std::memcpy(block.data() + offsetof(LcdSegment, connectionList), list.data(),
+              std::min(list.size(), block.size() - offsetof(LcdSegment, connectionList)));
+  if (random() % 16 == 0) std::memset(block.data() + offsetof(LcdSegment, connectionList), 'x', LcdSegment::kConnectionListSize);
+  return block;
+}
+
+TEST(CoreLcdPruneOnePass, LeavesTheBlockExactlyAsRemovingOneEntryAtATimeDoes) {
+  std::mt19937 random(20261124);
+  for (int round = 0; round < 400; ++round) {
+    const std::vector<uint8_t> original = RandomBlock(random);
+    const size_t limit = random() % 4 == 0 ? random() % 20 : LcdSegment::kConnectionListSize;
+    std::vector<uint8_t> stepwise = original, onePass = original;
+    TestLcdAccessor a, b;
+    a.AttachSegment(reinterpret_cast<LcdSegment*>(stepwise.data()), false);
+    b.AttachSegment(reinterpret_cast<LcdSegment*>(onePass.data()), false);
+    size_t steps = 0;
+    while (steps < limit && a.RemoveConnection("t", 3)) ++steps;
+    ASSERT_EQ(b.RemoveEveryConnection("t", limit), steps) << "round " << round;
+    ASSERT_TRUE(stepwise == onePass) << "round " << round;
+  }
+}
+
+TEST(CoreLcdPruneOnePass, AListFullOfOneNameIsEmptiedWithTheBlockOtherwiseUntouched) {
+  std::vector<uint8_t> block(kLcdBlockSize, 0xCD);
+  uint8_t* list = block.data() + offsetof(LcdSegment, connectionList);
+  size_t n = 0;
+  for (; (n + 1) * 2 < LcdSegment::kConnectionListSize; ++n) std::memcpy(list + n * 2, "t", 2);
+  list[n * 2] = 0;
+  TestLcdAccessor lcd;
+  lcd.AttachSegment(reinterpret_cast<LcdSegment*>(block.data()), false);
+  EXPECT_EQ(lcd.RemoveEveryConnection("t", LcdSegment::kConnectionListSize), n);
+  EXPECT_EQ(list[0], 0);
+  EXPECT_EQ(block.back(), 0xCD);
 }
 
 TEST_F(CoreLcdLocking, EveryOperationFailsUntouchedWithoutTheLock) {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <memory>
 
 #include "engine/MString.h"
@@ -89,6 +90,12 @@ TEST(MStringScanning, SpanAndTakeStopBeforeTheDelimiterAndTakeLeavesEmptyAlone) 
   MString empty = MString::Empty();
   EXPECT_TRUE(empty.Take(1).IsEmpty());
   EXPECT_TRUE(empty.IsEmpty());
+}
+
+TEST(MStringScanning, SubstringClampsACountThatWouldOverflowTheEnd) {
+  const MString text(u"abcdef");
+  EXPECT_EQ(text.Substring(2, INT32_MAX).ToU16(), u"cdef");
+  EXPECT_EQ(text.Substring(INT32_MAX, INT32_MAX).ToU16(), u"");
 }
 
 TEST(MStringScanning, TailFromAndCutTailKeepTheDelimiterInTheTail) {

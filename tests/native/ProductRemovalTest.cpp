@@ -103,7 +103,7 @@ TEST_F(ProductRemovalTest, ActiveXFallsBackOnTheControlAndBrokerRegistrations) {
 }
 
 TEST_F(ProductRemovalTest, ServiceStepFailuresAreReportedOnTopOfTheirOwn) {
-  Install(u"Pepper", u"C:\\Lumen\\pepflashplayer.dll", u"C:\\Lumen\\LumenUtil_Pepper.exe");
+  Install(u"Pepper", u"C:\\Lumen\\LumenPepper.dll", u"C:\\Lumen\\LumenUtil_Pepper.exe");
   world_.files.AddFile(u"C:\\Lumen\\FeedbackSvc.exe");
   world_.files.Deny(u"C:\\Lumen\\FeedbackSvc.exe");
   world_.files.AddFile(u"C:\\Lumen\\UpdateSvc.exe");
@@ -124,7 +124,8 @@ TEST_F(ProductRemovalTest, PlugInUninstallAnswersWhetherTheDeletionGaveAValueAbo
 }
 
 TEST_F(ProductRemovalTest, ActiveXUninstallRemovesTheBrokerAndClassKeysThenTheEntry) {
-  const char16_t kClass[] = u"Software\\Classes\\CLSID\\{1AD8C0A3-6AD0-4DB8-9A15-971353C43256}";
+  // The first broker generation's class, one of those the clean-up takes.
+  const char16_t kClass[] = u"Software\\Classes\\CLSID\\{D4304BCF-B8E9-4B35-BEA0-DC5B522670C2}";
   world_.registry.SetString(RegistryHive::Machine, kBrokerServer, u"", u"C:\\Lumen\\LumenUtil_ActiveX.exe");
   world_.registry.CreateKey(RegistryHive::Machine, kClass, 0);
   world_.registry.CreateKey(RegistryHive::Machine, kEntry + u"ActiveX", 0);
@@ -190,26 +191,26 @@ TEST_F(ProductRemovalTest, PatternFilesOfTwoKindsLeaveTheProductManagerFoldersAl
   world_.system.SetFolder(Csidl::kAppData, u"C:\\Users\\Tester\\AppData\\Roaming");
   InstallEngine& engine = *world_.shim->GetEngine();
   engine.baseDirectory = MString(std::u16string_view(kBase));
-  for (const char16_t* entry : {u"..", u"LumenCtrl_28_0.ocx", u"NPLumen_28.dll", u"pepflash_28.dll", u"GetLumen.exe"}) {
+  for (const char16_t* entry : {u"..", u"LumenCtrl_28_0.ocx", u"NPLumen_28.dll", u"LumenPepper_28.dll", u"GetLumen.exe"}) {
     engine.systemEntries.Add(MString(entry));
     if (entry[0] != u'.') world_.files.AddFile(kBase + entry);
   }
   for (const char16_t* pattern : {u"LumenCtrl:.ocx", u"GetLumen:.exe"}) engine.axPatterns.Add(MString(pattern));
   engine.pluginPatterns.Add(MString(u"NPLumen:.dll"));
-  engine.pepperPatterns.Add(MString(u"pepflash:.dll"));
+  engine.pepperPatterns.Add(MString(u"LumenPepper:.dll"));
   engine.productManagerPatterns.Add(MString(u"pm:"));
   engine.productManagerEntries.Add(MString(u"pm_one"));
   world_.files.AddFile(product + u"\\pm_one\\sub\\state.bin");
 
   EXPECT_TRUE(world_.shim->RemovePatternFiles(8 | 16, MString()));
   EXPECT_EQ(world_.Existing({kBase + u"LumenCtrl_28_0.ocx", kBase + u"GetLumen.exe", kBase + u"NPLumen_28.dll",
-                             kBase + u"pepflash_28.dll", product + u"\\pm_one"}),
-            (Paths{kBase + u"pepflash_28.dll", product + u"\\pm_one"}));
+                             kBase + u"LumenPepper_28.dll", product + u"\\pm_one"}),
+            (Paths{kBase + u"LumenPepper_28.dll", product + u"\\pm_one"}));
   // An executable's pattern match also loses its execution options key.
   EXPECT_TRUE(Deleted(options));
 
   EXPECT_TRUE(world_.shim->RemovePatternFiles(8 | 16 | 32768, MString()));
-  EXPECT_EQ(world_.Existing({kBase + u"pepflash_28.dll", product + u"\\pm_one"}), Paths{});
+  EXPECT_EQ(world_.Existing({kBase + u"LumenPepper_28.dll", product + u"\\pm_one"}), Paths{});
 }
 
 }  // namespace

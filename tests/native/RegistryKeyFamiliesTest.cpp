@@ -22,6 +22,16 @@ std::vector<std::string> Names(Which which) {
   return names;
 }
 
+TEST(RegistryKeyFamilies, ActiveXClassesAreTheBrokersEarlierGenerationsThenTheControl) {
+  std::vector<std::string> names = Names(Family::ActiveXMachineClasses);
+  ASSERT_EQ(names.size(), 10u + 3u);
+  EXPECT_EQ(names[0], "MACHINE\\Software\\Classes\\CLSID\\{D4304BCF-B8E9-4B35-BEA0-DC5B522670C2}");
+  EXPECT_EQ(names[1], "MACHINE\\Software\\Classes\\Interface\\{2E4BB6BE-A75F-4DC0-9500-68203655A2C4}");
+  EXPECT_EQ(names[9], "MACHINE\\Software\\Classes\\Interface\\{6AE38AE0-750C-11E1-B0C4-0800200C9A66}");
+  std::vector<std::string> control = Names(Family::Control);
+  EXPECT_TRUE(std::equal(control.begin(), control.end(), names.begin() + 10));
+}
+
 TEST(RegistryKeyFamilies, ClassRootFamilyHoldsTheProgramIdsAndEndsOnTheMachine) {
   std::vector<std::string> names = Names(Family::ClassRoot);
   ASSERT_EQ(names.size(), 14u + 13u + 18u);

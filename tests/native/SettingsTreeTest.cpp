@@ -62,6 +62,19 @@ TEST_F(SettingsTreeText, SecondBlockForTheSameKeyIsChainedAndKeyStaysOpen) {
   EXPECT_EQ(Values(tree, u"G"), (Names{u"tail"}));
 }
 
+TEST_F(SettingsTreeText, AKeyWithFiftyThousandValuesKeepsThemAllInOrder) {
+  std::u16string text = u"Many";
+  for (int i = 0; i < 50000; ++i) text += u" v" + MString::FromNumber(i).ToU16();
+  Parse(text + u";");
+  const SettingsNode* many = Find(tree, u"Many");
+  ASSERT_NE(many, nullptr);
+  size_t count = 0;
+  const SettingsNode* last = nullptr;
+  for (const SettingsNode* value = many->values; value; value = value->next, ++count) last = value;
+  EXPECT_EQ(count, 50000u);
+  EXPECT_EQ(last->name.ToU16(), u"v49999");
+}
+
 TEST_F(SettingsTreeText, DeepNestingIsParsedUpToTheCapWithoutCrashing) {
   std::u16string text;
   for (int i = 0; i < 5000; ++i) text += u"K { ";

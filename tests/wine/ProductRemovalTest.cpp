@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "broker/BrokerIdentities.h"
 #include "engine/LumenBrokerShim.h"
 #include "engine/win32/ScopedRegKey.h"
 #include "engine/win32/WideText.h"
@@ -78,7 +79,7 @@ class ProductRemovalTest : public ::testing::Test {
     control_ = directory_ + L"\\LumenCtrl.ocx";
     server_ = directory_ + L"\\LumenUtil_ActiveX.exe";
     plugin_ = directory_ + L"\\NPLumenPlayer.dll";
-    pepper_ = directory_ + L"\\pepflashplayer.dll";
+    pepper_ = directory_ + L"\\LumenPepper.dll";
     updater_ = directory_ + L"\\UpdateSvc.exe";
     feedback_ = directory_ + L"\\FeedbackSvc.exe";
     applet_ = system_ + L"\\LumenPlayerCPLApp.cpl";
@@ -147,6 +148,26 @@ class ProductRemovalTest : public ::testing::Test {
   LumenBrokerShim* shim_ = nullptr;
 };
 
+// The class and interface keys of the broker's generations 1 to 5, as an older
+// installation left them.
+std::vector<std::wstring> EarlierBrokerKeys() {
+  std::vector<std::wstring> keys;
+  for (int i = 0; i < 5; ++i) {
+    const BrokerGeneration& generation = BrokerIdentities::kGenerations[i];
+    keys.push_back(L"Software\\Classes\\CLSID\\" + std::wstring(generation.classId.begin(), generation.classId.end()));
+    keys.push_back(L"Software\\Classes\\Interface\\" +
+                   std::wstring(generation.interfaceId.begin(), generation.interfaceId.end()));
+  }
+  return keys;
+}
+
+void CreateMachineKey(const std::wstring& path) {
+  ScopedRegKey key;
+  ASSERT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS | KEY_WOW64_64KEY, nullptr,
+                            key.receive(), nullptr),
+            ERROR_SUCCESS);
+}
+
 void ExpectGone(std::initializer_list<std::wstring> keys, std::initializer_list<std::wstring> files) {
   for (const std::wstring& key : keys) EXPECT_FALSE(KeyExists(key)) << Utf8(key);
   for (const std::wstring& file : files) EXPECT_FALSE(FileExists(file)) << Utf8(file);
@@ -175,10 +196,15 @@ TEST_F(ProductRemovalTest, EachKindLeavesNothingOfItsOwnAndTheLastTakesTheShared
     EXPECT_EQ(Utf8(MachineValue(written.key, written.name)), Utf8(written.value)) << Utf8(written.key);
   {
     SCOPED_TRACE("ActiveX");
+    const std::vector<std::wstring> earlierBroker = EarlierBrokerKeys();
+    for (size_t i = 0; i < earlierBroker.size(); ++i)
+      CreateMachineKey(earlierBroker[i] + (i % 2 == 0 ? L"\\LocalServer32" : L"\\ProxyStubClsid32"));
+    for (const std::wstring& key : earlierBroker) ASSERT_TRUE(KeyExists(key)) << Utf8(key);
     EXPECT_FALSE(shim_->RemoveProductKind(8, Path(system_), 0, 0));  // the clean-up meets values never written
     ExpectGone({kProduct + L"ActiveX"s, kProduct + L"ActiveXReleaseType"s, kUninstall + L"ActiveX"s, kControlClass,
                 kBrokerServer},
                {control_, server_});
+    for (const std::wstring& key : earlierBroker) EXPECT_FALSE(KeyExists(key)) << Utf8(key);
     EXPECT_EQ(UserDword(kCounterKey, L"UnregisterCalls"), 1u);
     // The plug-ins still need the services and the system files.
     EXPECT_TRUE(KeyExists(std::wstring(kProduct) + L"Plugin"));
