@@ -304,3 +304,55 @@ TEST_F(BrokerHostilePathTest, EveryRowGetsTheAnswerOfThePathRulesFromOneLiveObje
   for (const std::string& reason : skipped) std::printf("[  SKIPPED ] short-name rows: %s\n", reason.c_str());
   std::printf("%zu paths asked of one broker object\n", asked);
 }
+
+TEST_F(BrokerHostilePathTest, NoFileMethodReachesTheSettingsFolderThroughItsShortName) {
+  HostileWorld world;
+  std::string none;
+  const std::wstring data = world.Base(dat, &none), settings = world.Base(set, &none);
+  const std::wstring inner = settings + L"\\Inner Folder Name";
+  WineTest::TempTree tree;
+  tree.Directory(inner);
+  tree.File(settings + L"\\kept.sol", "kept");
+  tree.File(data + L"\\in.sol", "in");
+  const std::wstring shortSettings = LastName(PathForm(settings, true)), shortInner = LastName(PathForm(inner, true));
+  if (shortSettings.empty() || shortSettings == LastName(settings) || shortInner == LastName(inner))
+    GTEST_SKIP() << "the platform made no short names here";
+  const std::wstring alias = data + L"\\" + shortSettings;
+  // Long enough that the long form with this name passes 260 units; the alias stays below.
+  const std::wstring longName = std::wstring(257 - settings.size(), L'a') + L".sol";
+  ASSERT_LT(alias.size() + 1 + longName.size(), 260u);
+  ComPtr<ILumenBroker6> broker;
+  ASSERT_EQ(Activate(broker), S_OK);
+  auto bstr = [](const std::wstring& text) { return ScopedBstr(text.c_str()); };
+
+  for (const std::wstring& path : {alias + L"\\" + longName, alias + L"\\x.sol", alias + L"\\" + shortInner + L"\\x.sol",
+                                   settings + L"\\x.sol"})
+    EXPECT_EQ(broker->BrokerIsWritablePath(bstr(path).get(), 1), E_FAIL) << WineTest::Utf8(path);
+  EXPECT_EQ(broker->BrokerIsWritablePath(bstr(alias).get(), 0), E_FAIL);
+
+  ULONG cookie = 0;
+  EXPECT_EQ(broker->BrokerCreateFile(bstr(alias + L"\\" + longName).get(), 0, 1, &cookie), E_ACCESSDENIED);
+  EXPECT_FALSE(WineTest::FileExists(L"\\\\?\\" + settings + L"\\" + longName));
+  EXPECT_EQ(broker->BrokerCreateFile(bstr(alias + L"\\kept.sol").get(), 1, 0, &cookie), E_ACCESSDENIED);
+  EXPECT_NE(broker->BrokerDeleteFile(bstr(alias + L"\\kept.sol").get()), S_OK);
+  EXPECT_NE(broker->BrokerMoveFileEx(bstr(alias + L"\\kept.sol").get(), bstr(data + L"\\out.sol").get(), 0), S_OK);
+  EXPECT_TRUE(WineTest::FileExists(settings + L"\\kept.sol"));
+  EXPECT_NE(broker->BrokerMoveFileEx(bstr(data + L"\\in.sol").get(), bstr(alias + L"\\in.sol").get(), 0), S_OK);
+  EXPECT_TRUE(WineTest::FileExists(data + L"\\in.sol"));
+  EXPECT_NE(broker->BrokerCreateDirectory(bstr(alias + L"\\New Folder").get()), S_OK);
+  EXPECT_FALSE(WineTest::FileExists(settings + L"\\New Folder"));
+  EXPECT_NE(broker->BrokerRemoveDirectory(bstr(alias + L"\\" + shortInner).get()), S_OK);
+  EXPECT_TRUE(WineTest::FileExists(inner));
+
+  ScopedBstr leaf;
+  ULONG attributes = 0, find = 0, times[8] = {};
+  EXPECT_EQ(broker->BrokerFindFirstFile(bstr(alias + L"\\*").get(), leaf.receive(), &attributes, &find), E_ACCESSDENIED);
+  EXPECT_EQ(broker->BrokerGetFileAttributesEx(bstr(alias + L"\\kept.sol").get(), &attributes, &times[0], &times[1],
+                                              &times[2], &times[3], &times[4], &times[5], &times[6], &times[7]),
+            E_ACCESSDENIED);
+
+  // Emptied, the folder itself named by its alias as the last component still stays.
+  ASSERT_TRUE(DeleteFileW((settings + L"\\kept.sol").c_str()) && RemoveDirectoryW(inner.c_str()));
+  EXPECT_NE(broker->BrokerRemoveDirectory(bstr(alias).get()), S_OK);
+  EXPECT_TRUE(WineTest::FileExists(settings));
+}
