@@ -286,7 +286,8 @@ MString MString::Substring(int32_t from, int32_t count) const {
   if (!block_) return MString();
   if (from < 0) from = 0;
   if (from > Length()) from = Length();
-  if (count < 0 || from + count > Length()) count = Length() - from;
+  // Compared as room left, so that a count near the type's limit can't overflow.
+  if (count < 0 || count > Length() - from) count = Length() - from;
   return MString(std::u16string_view(Data() + from, count));
 }
 

@@ -46,7 +46,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (text.ToLower().Length() != text.Length()) std::abort();
   MString ascii = MString::FromAscii(bytes);
   if (ascii.Length() != static_cast<int32_t>(bytes.size())) std::abort();
-  MString wide(text.Data(), input.ConsumeIntegralInRange<int32_t>(-1, text.Length() + 2));
+  MString wide(text.Data(), input.ConsumeBool() ? input.ConsumeIntegral<int32_t>()
+                                                : input.ConsumeIntegralInRange<int32_t>(-1, text.Length() + 2));
   if (wide.Length() > text.Length()) std::abort();
   text.ParseDigits();
 
@@ -61,12 +62,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   MString replaced = MString::Replace(text, from, ascii);
   text.StartsWith(from);
   text.EndsWith(from);
-  MString sub = text.Substring(input.ConsumeIntegralInRange<int32_t>(-2, text.Length() + 2),
-                               input.ConsumeIntegralInRange<int32_t>(-2, text.Length() + 2));
+  // Near the edges mostly, anywhere now and then.
+  auto index = [&] {
+    return input.ConsumeBool() ? input.ConsumeIntegral<int32_t>()
+                               : input.ConsumeIntegralInRange<int32_t>(-2, text.Length() + 2);
+  };
+  const int32_t subFrom = index();
+  MString sub = text.Substring(subFrom, index());
   if (sub.Length() > text.Length()) std::abort();
 
   MString cut = text;
-  MString head = cut.Take(input.ConsumeIntegralInRange<int32_t>(-1, cut.Length() + 1));
+  MString head = cut.Take(index());
   MString until = cut.TakeUntil(set.c_str(), invert);
   MString cutTail = cut.CutTail(set.c_str(), invert);
   if (head.Length() + until.Length() + cut.Length() + cutTail.Length() != text.Length()) std::abort();

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "engine/FilePattern.h"
 #include "engine/MStringList.h"
 #include "engine/SettingsTree.h"
 #include "host/ReferenceHost.h"
@@ -67,6 +68,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     MStringList list;
     LoadStringList(list, tree, MString(key));
     FindSettingByPrefix(tree, MString(key));
+    // Each value as a removal pattern, matched against the list itself.
+    for (const MStringList::MStringNode* node = list.head; node; node = node->next) {
+      FilePattern pattern(node->key);
+      MStringList matches;
+      MString last;
+      pattern.CollectAll(list, MString(u"C:\\Lumen"), matches);
+      pattern.FindLast(list, MString(u"C:\\Lumen"), last);
+    }
   }
 
   // Every top-level name and every name one block down is found by its own key
