@@ -286,7 +286,7 @@ MString MString::Substring(int32_t from, int32_t count) const {
   if (!block_) return MString();
   if (from < 0) from = 0;
   if (from > Length()) from = Length();
-  // Compared without adding: from + count may not fit 32 bits.
+  // Compared as room left, so that a count near the type's limit can't overflow.
   if (count < 0 || count > Length() - from) count = Length() - from;
   return MString(std::u16string_view(Data() + from, count));
 }

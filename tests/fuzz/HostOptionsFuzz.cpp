@@ -1,0 +1,36 @@
+// The reference host's command line: one argument a line of the input.
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "engine/MString.h"
+#include "engine/ProductKind.h"
+#include "host/HostOptions.h"
+
+using namespace SASM;
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  std::vector<std::u16string> args;
+  const char* text = reinterpret_cast<const char*>(data);
+  size_t start = 0;
+  for (size_t at = 0; at <= size; ++at) {
+    if (at < size && data[at] != '\n') continue;
+    args.push_back(MString::FromUtf8(text + start, static_cast<int32_t>(at - start)).ToU16());
+    start = at + 1;
+  }
+  HostOptions options;
+  const bool parsed = options.Parse(args);
+  // Failure always explains itself in one line; success never does.
+  if (parsed != options.error.empty() || options.error.find('\n') != std::string::npos) std::abort();
+  if (!parsed) return 0;
+  const bool anyKind = options.flags & (ProductKind::kActiveX | ProductKind::kNpapi | ProductKind::kPpapi);
+  using Mode = HostOptions::Mode;
+  if ((options.mode == Mode::Install || options.mode == Mode::Conflicts || options.mode == Mode::Uninstall) && !anyKind) {
+    std::abort();
+  }
+  if (options.mode == Mode::Install && (options.playerPath.empty() || options.uninstallerPath.empty())) std::abort();
+  if (options.mode == Mode::Uninstall && options.directory.empty()) std::abort();
+  return 0;
+}
