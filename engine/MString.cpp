@@ -51,7 +51,8 @@ MString::MString(std::u16string_view text) {
   int32_t n = 0;
   while (n < static_cast<int32_t>(text.size()) && text[n] != 0) ++n;
   block_ = Allocate(n);
-  std::memcpy(block_->Chars(), text.data(), static_cast<size_t>(n) * 2);
+  // An empty view may have no data at all.
+  if (n > 0) std::memcpy(block_->Chars(), text.data(), static_cast<size_t>(n) * 2);
 }
 
 MString::MString(const MString& other) : block_(other.block_), start_(other.start_) {
