@@ -134,7 +134,7 @@ int32_t BrokerPrintMethods::CallThin(Thin method, const ThinArguments& arguments
   return BrokerHresult::kFail;
 }
 
-int32_t BrokerPrintMethods::StartDoc(uint32_t dwHDC, DocumentMetrics& metrics) {
+int32_t BrokerPrintMethods::StartDocument(uint32_t dwHDC, DocumentMetrics& metrics) {
   GdiHandle dc = H(dwHDC);
   if (gdi_.StartDocW(dc, {kDocInfoSize, kDocumentName}) == -1) return BrokerHresult::kFail;
   int32_t width = gdi_.GetDeviceCaps(dc, kHorzRes);
@@ -272,7 +272,7 @@ int32_t BrokerPrintMethods::DPtoLP(uint32_t dwHDC, uint32_t* p_dwX, uint32_t* p_
   return BrokerHresult::kOk;
 }
 
-int32_t BrokerPrintMethods::CreateFontIndirect(ByteArray p_LogFontArray, uint32_t* p_dwFont) {
+int32_t BrokerPrintMethods::CreateFontFromBytes(ByteArray p_LogFontArray, uint32_t* p_dwFont) {
   RelayedBytes logFont(gdi_, p_LogFontArray);
   if (!logFont.Holds(Layout::kLogFontBytes)) return BrokerHresult::kFail;
   // A null font isn't a failure: the client sees 0.
@@ -280,7 +280,7 @@ int32_t BrokerPrintMethods::CreateFontIndirect(ByteArray p_LogFontArray, uint32_
   return BrokerHresult::kOk;
 }
 
-int32_t BrokerPrintMethods::ExtTextOut(uint32_t charSize, uint32_t dwHDC, uint32_t dwX, uint32_t dwY,
+int32_t BrokerPrintMethods::RelayText(uint32_t charSize, uint32_t dwHDC, uint32_t dwX, uint32_t dwY,
                                        uint32_t dwOptions, uint32_t dwIsRectNULL, ByteArray p_RectArray,
                                        ByteArray p_StrArray, uint32_t dwCount, uint32_t dwIsDxNULL, ByteArray p_DxArray,
                                        uint32_t* p_dwRC) {
@@ -319,18 +319,18 @@ int32_t BrokerPrintMethods::ExtTextOut(uint32_t charSize, uint32_t dwHDC, uint32
 int32_t BrokerPrintMethods::ExtTextOutA(uint32_t dwHDC, uint32_t dwX, uint32_t dwY, uint32_t dwOptions,
                                         uint32_t dwIsRectNULL, ByteArray p_RectArray, ByteArray p_StrArray,
                                         uint32_t dwCount, uint32_t dwIsDxNULL, ByteArray p_DxArray, uint32_t* p_dwRC) {
-  return ExtTextOut(1, dwHDC, dwX, dwY, dwOptions, dwIsRectNULL, p_RectArray, p_StrArray, dwCount, dwIsDxNULL,
+  return RelayText(1, dwHDC, dwX, dwY, dwOptions, dwIsRectNULL, p_RectArray, p_StrArray, dwCount, dwIsDxNULL,
                     p_DxArray, p_dwRC);
 }
 
 int32_t BrokerPrintMethods::ExtTextOutW(uint32_t dwHDC, uint32_t dwX, uint32_t dwY, uint32_t dwOptions,
                                         uint32_t dwIsRectNULL, ByteArray p_RectArray, ByteArray p_StrArray,
                                         uint32_t dwCount, uint32_t dwIsDxNULL, ByteArray p_DxArray, uint32_t* p_dwRC) {
-  return ExtTextOut(2, dwHDC, dwX, dwY, dwOptions, dwIsRectNULL, p_RectArray, p_StrArray, dwCount, dwIsDxNULL,
+  return RelayText(2, dwHDC, dwX, dwY, dwOptions, dwIsRectNULL, p_RectArray, p_StrArray, dwCount, dwIsDxNULL,
                     p_DxArray, p_dwRC);
 }
 
-int32_t BrokerPrintMethods::GetTextExtentPoint32(uint32_t charSize, uint32_t dwHDC, ByteArray p_StrArray,
+int32_t BrokerPrintMethods::MeasureText(uint32_t charSize, uint32_t dwHDC, ByteArray p_StrArray,
                                                  uint32_t dwCount, uint32_t* p_dwCx, uint32_t* p_dwCy) {
   if (dwCount > Layout::kTextLimit) return BrokerHresult::kInvalidArgument;
   RelayedBytes text(gdi_, p_StrArray);
@@ -354,15 +354,15 @@ int32_t BrokerPrintMethods::GetTextExtentPoint32(uint32_t charSize, uint32_t dwH
 
 int32_t BrokerPrintMethods::GetTextExtentPoint32A(uint32_t dwHDC, ByteArray p_StrArray, uint32_t dwCount,
                                                   uint32_t* p_dwCx, uint32_t* p_dwCy) {
-  return GetTextExtentPoint32(1, dwHDC, p_StrArray, dwCount, p_dwCx, p_dwCy);
+  return MeasureText(1, dwHDC, p_StrArray, dwCount, p_dwCx, p_dwCy);
 }
 
 int32_t BrokerPrintMethods::GetTextExtentPoint32W(uint32_t dwHDC, ByteArray p_StrArray, uint32_t dwCount,
                                                   uint32_t* p_dwCx, uint32_t* p_dwCy) {
-  return GetTextExtentPoint32(2, dwHDC, p_StrArray, dwCount, p_dwCx, p_dwCy);
+  return MeasureText(2, dwHDC, p_StrArray, dwCount, p_dwCx, p_dwCy);
 }
 
-int32_t BrokerPrintMethods::GetTextMetrics(uint32_t dwHDC,
+int32_t BrokerPrintMethods::TextMetrics(uint32_t dwHDC,
                                            std::array<uint8_t, PrintRelayPlatform::kTextMetricBytes>& reply) {
   reply.fill(0);
   return gdi_.GetTextMetricsW(H(dwHDC), reply.data()) == 0 ? BrokerHresult::kFail : BrokerHresult::kOk;

@@ -95,7 +95,7 @@ class BrokerPrintMethods {
   // `out` is used by the kOut shape only.
   int32_t CallThin(Thin method, const ThinArguments& arguments, uint32_t* out);
 
-  int32_t StartDoc(uint32_t dwHDC, DocumentMetrics& metrics);
+  int32_t StartDocument(uint32_t dwHDC, DocumentMetrics& metrics);
   int32_t AddRectangle(uint32_t dwHDC, ByteArray p_RectArray, uint32_t dwRGB);
   int32_t PathToSolidFill(uint32_t dwHDC, uint32_t dwRGB);
   int32_t PathToStrokedLine(uint32_t dwHDC, uint32_t dwThickness, uint32_t dwRGB);
@@ -106,7 +106,7 @@ class BrokerPrintMethods {
                                       uint32_t dwROP);
   int32_t PolyBezierTo(uint32_t dwHDC, ByteArray p_CubicArray, uint32_t dwCount);
   int32_t DPtoLP(uint32_t dwHDC, uint32_t* p_dwX, uint32_t* p_dwY, uint32_t dwCount, uint32_t* p_dwRC);
-  int32_t CreateFontIndirect(ByteArray p_LogFontArray, uint32_t* p_dwFont);
+  int32_t CreateFontFromBytes(ByteArray p_LogFontArray, uint32_t* p_dwFont);
   int32_t ExtTextOutA(uint32_t dwHDC, uint32_t dwX, uint32_t dwY, uint32_t dwOptions, uint32_t dwIsRectNULL,
                       ByteArray p_RectArray, ByteArray p_StrArray, uint32_t dwCount, uint32_t dwIsDxNULL,
                       ByteArray p_DxArray, uint32_t* p_dwRC);
@@ -118,7 +118,7 @@ class BrokerPrintMethods {
   int32_t GetTextExtentPoint32W(uint32_t dwHDC, ByteArray p_StrArray, uint32_t dwCount, uint32_t* p_dwCx,
                                 uint32_t* p_dwCy);
   // The reply's bytes, which the caller wraps for the client.
-  int32_t GetTextMetrics(uint32_t dwHDC, std::array<uint8_t, PrintRelayPlatform::kTextMetricBytes>& reply);
+  int32_t TextMetrics(uint32_t dwHDC, std::array<uint8_t, PrintRelayPlatform::kTextMetricBytes>& reply);
   int32_t GetWorldTransform(uint32_t dwHDC, std::array<uint8_t, PrintRelayPlatform::kXformBytes>& reply);
   int32_t SetWorldTransform(uint32_t dwHDC, ByteArray p_XformArray, uint32_t* p_dwRC);
   int32_t FontLinkGetFontCodePages(uint32_t dwDC, uint32_t dwhFont, uint32_t* p_dwCodePages);
@@ -127,10 +127,10 @@ class BrokerPrintMethods {
 
  private:
   // The two ExtTextOut methods differ only in the width of a character.
-  int32_t ExtTextOut(uint32_t charSize, uint32_t dwHDC, uint32_t dwX, uint32_t dwY, uint32_t dwOptions,
+  int32_t RelayText(uint32_t charSize, uint32_t dwHDC, uint32_t dwX, uint32_t dwY, uint32_t dwOptions,
                      uint32_t dwIsRectNULL, ByteArray p_RectArray, ByteArray p_StrArray, uint32_t dwCount,
                      uint32_t dwIsDxNULL, ByteArray p_DxArray, uint32_t* p_dwRC);
-  int32_t GetTextExtentPoint32(uint32_t charSize, uint32_t dwHDC, ByteArray p_StrArray, uint32_t dwCount,
+  int32_t MeasureText(uint32_t charSize, uint32_t dwHDC, ByteArray p_StrArray, uint32_t dwCount,
                                uint32_t* p_dwCx, uint32_t* p_dwCy);
   // StretchDIBits for both fills, when GDI would stay inside what the client sent.
   void Stretch(GdiHandle dc, const uint8_t* target, const uint8_t* source, const uint8_t* bits, uint32_t bitsLength,

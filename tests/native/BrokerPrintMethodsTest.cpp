@@ -136,7 +136,7 @@ TEST_F(BrokerPrintMethodsTest, EachThinMethodMakesItsOneCallAndAnswersInItsShape
 
 TEST_F(BrokerPrintMethodsTest, StartDocNamesTheDocumentAndReadsTheSixCapabilitiesAroundOneConversion) {
   BrokerPrintMethods::DocumentMetrics m;
-  ASSERT_EQ(print.StartDoc(kDc, m), 0);
+  ASSERT_EQ(print.StartDocument(kDc, m), 0);
   EXPECT_EQ(gdi.Log(), (Strings{"StartDocW(dc,40,Lumen)", "GetDeviceCaps(dc,8)", "GetDeviceCaps(dc,10)",
                                 "LPtoDP(dc,0:0 80:100,2)", "GetDeviceCaps(dc,110)", "GetDeviceCaps(dc,111)",
                                 "GetDeviceCaps(dc,88)", "GetDeviceCaps(dc,90)"}));
@@ -153,10 +153,10 @@ TEST_F(BrokerPrintMethodsTest, StartDocNamesTheDocumentAndReadsTheSixCapabilitie
   // Only -1 is StartDoc's failure.
   gdi.ClearLog();
   gdi.Answer("StartDocW", 0);
-  EXPECT_EQ(print.StartDoc(kDc, m), 0);
+  EXPECT_EQ(print.StartDocument(kDc, m), 0);
   gdi.ClearLog();
   gdi.Answer("StartDocW", -1);
-  EXPECT_EQ(print.StartDoc(kDc, m), kFail);
+  EXPECT_EQ(print.StartDocument(kDc, m), kFail);
   EXPECT_EQ(gdi.Log(), Strings{"StartDocW(dc,40,Lumen)"});
 }
 
@@ -274,11 +274,11 @@ TEST_F(BrokerPrintMethodsTest, FontsAndTransformsTravelAsTheirExactStructures) {
   std::memcpy(logFont.data() + 28, u"Serif", 10);
   gdi.Answer("CreateFontIndirectW", static_cast<int64_t>(0xFFFFFFFF80004444ull));
   uint32_t font = 0;
-  ASSERT_EQ(print.CreateFontIndirect(Array(logFont), &font), 0);
+  ASSERT_EQ(print.CreateFontFromBytes(Array(logFont), &font), 0);
   EXPECT_EQ(font, 0x80004444u);
   // A null font is no failure.
   gdi.Answer("CreateFontIndirectW", 0);
-  ASSERT_EQ(print.CreateFontIndirect(Array(logFont), &font), 0);
+  ASSERT_EQ(print.CreateFontFromBytes(Array(logFont), &font), 0);
   EXPECT_EQ(font, 0u);
   EXPECT_EQ(gdi.Log(), (Strings{"CreateFontIndirectW(-40,Serif)", "CreateFontIndirectW(-40,Serif)"}));
 
@@ -292,18 +292,18 @@ TEST_F(BrokerPrintMethodsTest, FontsAndTransformsTravelAsTheirExactStructures) {
 
   std::array<uint8_t, 60> metrics{};
   std::array<uint8_t, 24> transform{};
-  ASSERT_EQ(print.GetTextMetrics(kDc, metrics), 0);
+  ASSERT_EQ(print.TextMetrics(kDc, metrics), 0);
   EXPECT_EQ(metrics[0], 1);
   EXPECT_EQ(metrics[59], 60);
   ASSERT_EQ(print.GetWorldTransform(kDc, transform), 0);
   EXPECT_EQ(transform[23], 0xA0 + 23);
   gdi.Answer("GetTextMetricsW", 0);
   gdi.Answer("GetWorldTransform", 0);
-  EXPECT_EQ(print.GetTextMetrics(kDc, metrics), kFail);
+  EXPECT_EQ(print.TextMetrics(kDc, metrics), kFail);
   EXPECT_EQ(print.GetWorldTransform(kDc, transform), kFail);
 
   gdi.ClearLog();
-  ExpectRefused(print.CreateFontIndirect(Array(std::string(91, '\0')), &font));
+  ExpectRefused(print.CreateFontFromBytes(Array(std::string(91, '\0')), &font));
   ExpectRefused(print.SetWorldTransform(kDc, Array(std::string(28, '\0')), &rc));
 }
 
@@ -397,7 +397,7 @@ TEST_F(BrokerPrintMethodsTest, ArraysThatAreNotOneDimensionOfBytesFromZeroCountA
     ExpectRefused(print.AddRectangle(kDc, bad(rect), 0));
     ExpectRefused(print.PathToBitmapFill(kDc, bad(rect), bad(rect), bad("pppppp"), bad(std::string(44, '\0')), 1));
     ExpectRefused(print.PolyBezierTo(kDc, bad(""), 0));
-    ExpectRefused(print.CreateFontIndirect(bad(std::string(92, '\0')), &font));
+    ExpectRefused(print.CreateFontFromBytes(bad(std::string(92, '\0')), &font));
     ExpectRefused(print.SetWorldTransform(kDc, bad(std::string(24, '\0')), &rc));
     ExpectRefused(print.GetTextExtentPoint32W(kDc, bad(std::string(4, 'a')), 1, &cx, &cy));
     ExpectRefused(print.ExtTextOutW(kDc, 0, 0, 0, 1, bad(rect), bad(std::string(4, 'a')), 1, 1, bad(""), &rc));
