@@ -28,20 +28,6 @@ HRESULT CoLumenBrokerServer::BrokerLMGetVersion(BSTR p_applicationName, ULONG* p
 }
 HRESULT CoLumenBrokerServer::BrokerLMIsRunning(BSTR p_applicationName) { return E_NOTIMPL; }
 
-// Dialogs
-HRESULT CoLumenBrokerServer::BrokerOpenDialog(ULONG p_hwnd, ULONG dwFilterPairs, ULONG dwFilterLength,
-                                              SAFEARRAY* p_FilterArray, ULONG dwFlags, VARIANT* p_chosenFilePathArray) {
-  return E_NOTIMPL;
-}
-HRESULT CoLumenBrokerServer::BrokerPrintDialog(ULONG p_hwnd, ULONG* p_nFromPage, ULONG* p_nToPage, ULONG* p_dwFlags,
-                                               ULONG* p_hdc) {
-  return E_NOTIMPL;
-}
-HRESULT CoLumenBrokerServer::BrokerSaveDialog2(ULONG p_hwnd, LPWSTR p_lpwstrInitialFileName, ULONG dwFilterPairs,
-                                               ULONG dwFilterLength, SAFEARRAY* p_FilterArray, ULONG dwFlags,
-                                               ULONG* p_fileCookie, BSTR* p_chosenFilePath) {
-  return E_NOTIMPL;
-}
 
 // Shortcuts and icons
 HRESULT CoLumenBrokerServer::BrokerCreateIconPath(BSTR p_fileName, BSTR* p_iconPath) { return E_NOTIMPL; }
