@@ -24,7 +24,8 @@ CoLumenBrokerServer::CoLumenBrokerServer(HostCallbacks* host)
       opener_(files_, protection_, marks_),
       fileMethods_(files_, protection_, marks_, policy_, cookies_, serverIdentities_),
       dialogOwners_(pathPlatform_, *Win32Platform().processes),
-      auditedOpener_(fileMethods_, files_, protection_, policy_, cookies_, dialogOwners_, serverIdentities_) {
+      auditedOpener_(fileMethods_, files_, protection_, policy_, cookies_, dialogOwners_, serverIdentities_),
+      dialogMethods_(dialogPlatform_, files_, dialogOwners_, cookies_, protection_) {
   cookies_.SetDeferredOpen(&DeferredFileOpener::OpenRecord, &opener_);
   policy_.SetEnableLocalAppData(WindowsFileManager(Win32Platform()).EnableLocalAppData());
   if (BrokerServerLifecycle::factory) InterlockedIncrement(&BrokerServerLifecycle::factory->objectCount);
@@ -107,8 +108,5 @@ HRESULT CoLumenBrokerServer::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPAR
 HRESULT CoLumenBrokerServer::BrokerIsWritablePath(BSTR p_path, LONG p_alsoCheckExtension) {
   return policy_.BrokerIsWritablePath(reinterpret_cast<const char16_t*>(p_path), p_alsoCheckExtension);
 }
-
-// Its duty passed to BrokerSaveDialog2; the slot stays for old clients.
-HRESULT CoLumenBrokerServer::BrokerSaveDialog(ULONG, LPWSTR, ULONG*, BSTR*) { return E_NOTIMPL; }
 
 }  // namespace SASM

@@ -14,12 +14,14 @@
 
 #include "broker/AuditedFileOpener.h"
 #include "broker/BrokerCookieTable.h"
+#include "broker/BrokerDialogMethods.h"
 #include "broker/BrokerFileMethods.h"
 #include "broker/BrokerPathPolicy.h"
 #include "broker/DeferredFileOpener.h"
 #include "broker/DialogOwnerPolicy.h"
 #include "broker/EnterpriseIdentityList.h"
 #include "broker/win32/Win32BrokerFilePlatform.h"
+#include "broker/win32/Win32DialogPlatform.h"
 #include "broker/win32/Win32EnterpriseProtectionPlatform.h"
 #include "broker/win32/Win32InternetMarkPlatform.h"
 #include "broker/win32/Win32PathPlatform.h"
@@ -255,6 +257,8 @@ class CoLumenBrokerServer : public ILumenBroker6 {
   BrokerFileMethods fileMethods_;
   DialogOwnerPolicy dialogOwners_;
   AuditedFileOpener auditedOpener_;
+  Win32DialogPlatform dialogPlatform_;
+  BrokerDialogMethods dialogMethods_;
 };
 
 }  // namespace SASM

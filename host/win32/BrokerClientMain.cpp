@@ -73,7 +73,7 @@ std::string BytesText(SAFEARRAY* array) {
 
 std::string BstrText(BSTR text) { return BrokerCallArguments::Text(FromWide(text, SysStringLen(text))); }
 
-// A VARIANT out: bytes as hex, an array of strings as name[i]=... lines, a
+// A VARIANT out: bytes as hex, an array of strings or of VARIANTs as name[i]=... lines, a
 // scalar as its text; an empty one gives an empty value.
 void PrintVariant(const std::string& name, const VARIANT& value) {
   if (V_VT(&value) == (VT_ARRAY | VT_UI1)) {
@@ -84,6 +84,21 @@ void PrintVariant(const std::string& name, const VARIANT& value) {
     if (FAILED(SafeArrayAccessData(array, reinterpret_cast<void**>(&items)))) return;
     for (ULONG i = 0; i < array->rgsabound[0].cElements; ++i)
       std::printf("%s[%lu]=%s\n", name.c_str(), i, BstrText(items[i]).c_str());
+    SafeArrayUnaccessData(array);
+  } else if (V_VT(&value) == (VT_ARRAY | VT_VARIANT) && SafeArrayGetDim(V_ARRAY(&value)) == 1) {
+    // The open dialog's answer: each entry a VARIANT, printed as its text.
+    SAFEARRAY* array = V_ARRAY(&value);
+    VARIANT* items = nullptr;
+    if (FAILED(SafeArrayAccessData(array, reinterpret_cast<void**>(&items)))) return;
+    for (ULONG i = 0; i < array->rgsabound[0].cElements; ++i) {
+      VARIANT text;
+      VariantInit(&text);
+      if (SUCCEEDED(VariantChangeType(&text, &items[i], 0, VT_BSTR)))
+        std::printf("%s[%lu]=%s\n", name.c_str(), i, BstrText(V_BSTR(&text)).c_str());
+      else
+        std::printf("%s[%lu]=?vt%u\n", name.c_str(), i, V_VT(&items[i]));
+      VariantClear(&text);
+    }
     SafeArrayUnaccessData(array);
   } else if (V_VT(&value) == VT_EMPTY) {
     std::printf("%s=\n", name.c_str());

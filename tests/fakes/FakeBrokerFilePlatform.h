@@ -80,6 +80,8 @@ class FakeBrokerFilePlatform : public BrokerFilePlatform {
     const auto* fake = static_cast<const FakeArray*>(array);
     return fake ? std::string(fake->bytes.begin(), fake->bytes.end()) : std::string();
   }
+  // Accesses not yet released.
+  int Locks(ByteArray array) const { return static_cast<const FakeArray*>(array)->locks; }
   size_t LiveArrays() const {
     return std::count_if(arrays_.begin(), arrays_.end(), [](const auto& array) { return !array->destroyed; });
   }

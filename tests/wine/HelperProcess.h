@@ -26,6 +26,8 @@ class HelperProcess {
   bool Load(const std::wstring& path) { return Start(BuiltPath(), L"load \"" + path + L"\""); }
   // "wait" from the executable at imagePath: a process that only runs.
   bool Run(const std::wstring& imagePath) { return Start(imagePath, L"wait"); }
+  // "window" from the executable at imagePath: a process with a top-level window.
+  bool ShowWindow(const std::wstring& imagePath) { return Start(imagePath, L"window"); }
   DWORD Id() const { return id_; }
 
  private:

@@ -4,6 +4,8 @@
 //   lumen_process_helper wait READY RELEASE        runs until RELEASE is set
 //   lumen_process_helper load PATH READY RELEASE   loads the library at PATH, as a program that
 //                                                  hosts the player does, until RELEASE is set
+//   lumen_process_helper window READY RELEASE      shows a window, as a player's browser does, and
+//                                                  answers its messages until RELEASE is set
 //   lumen_process_helper -refreshIEElevationPolicies
 //                                                  writes its command line to its own path + ".ran"
 // READY and RELEASE name events the test created; each wait ends after a minute at most.
@@ -42,11 +44,43 @@ int RecordCommandLine() {
   return kDone;
 }
 
+// A window that can own the server's dialogs: its thread keeps answering, since
+// a modal dialog disables and enables its owner by messages from the server.
+int ShowWindowUntilRelease(const wchar_t* ready, const wchar_t* release) {
+  SASM::ScopedHandle readyEvent(OpenEventW(EVENT_MODIFY_STATE, FALSE, ready));
+  SASM::ScopedHandle releaseEvent(OpenEventW(SYNCHRONIZE, FALSE, release));
+  if (!readyEvent || !releaseEvent) return kFailed;
+  WNDCLASSW windowClass = {};
+  windowClass.lpfnWndProc = DefWindowProcW;
+  windowClass.hInstance = GetModuleHandleW(nullptr);
+  windowClass.lpszClassName = L"LumenTestOwner";
+  RegisterClassW(&windowClass);
+  HWND window = CreateWindowExW(0, L"LumenTestOwner", L"Lumen test owner", WS_OVERLAPPEDWINDOW, 0, 0, 320, 200,
+                                nullptr, nullptr, windowClass.hInstance, nullptr);
+  if (!window) return kFailed;
+  ShowWindow(window, SW_SHOWNORMAL);
+  SetEvent(readyEvent.get());
+  const DWORD started = GetTickCount();
+  HANDLE waits[] = {releaseEvent.get()};
+  while (GetTickCount() - started < kLongestWait) {
+    DWORD woken = MsgWaitForMultipleObjects(1, waits, FALSE, 1000, QS_ALLINPUT);
+    if (woken == WAIT_OBJECT_0) break;
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+      TranslateMessage(&message);
+      DispatchMessageW(&message);
+    }
+  }
+  DestroyWindow(window);
+  return kDone;
+}
+
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
   if (argc == 2 && std::wcscmp(argv[1], L"-refreshIEElevationPolicies") == 0) return RecordCommandLine();
   if (argc == 4 && std::wcscmp(argv[1], L"wait") == 0) return WaitForRelease(argv[2], argv[3]);
+  if (argc == 4 && std::wcscmp(argv[1], L"window") == 0) return ShowWindowUntilRelease(argv[2], argv[3]);
   if (argc == 5 && std::wcscmp(argv[1], L"hold") == 0) {
     // Shares reading only: the file can be read and found, but neither written nor deleted.
     SASM::ScopedHandle file(CreateFileW(argv[2], GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
