@@ -19,12 +19,12 @@ class IWindowSystem {
 
   // Creates the top-level window of window; the style has a minimise box when asked.
   virtual std::unique_ptr<IWindowHost> CreateWindowHost(MWindow& window, bool minimiseBox) = 0;
-  virtual void PostMessage(void* handle, uint32_t message, uintptr_t wParam, intptr_t lParam) = 0;
+  virtual void PostWindowMessage(void* handle, uint32_t message, uintptr_t wParam, intptr_t lParam) = 0;
   // Pumps until the quit message; its exit value. Null window: nothing to show.
   virtual int32_t RunMessageLoop(MWindow* window) = 0;
   // The image's drawing context, or null when the resource is missing. The
   // system keeps what it loads until it is destroyed.
-  virtual void* LoadImage(ImageForm form, int32_t id) = 0;
+  virtual void* LoadSkinImage(ImageForm form, int32_t id) = 0;
 };
 
 }  // namespace SASM

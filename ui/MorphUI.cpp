@@ -29,7 +29,7 @@ void MorphUI::SetWindow(MWindow* w) {
 }
 
 void MorphUI::PostEvent(int32_t id, int32_t message, intptr_t param) {
-  system->PostMessage(window ? window->handle : nullptr, static_cast<uint32_t>(message) + MWindow::kUserBase,
+  system->PostWindowMessage(window ? window->handle : nullptr, static_cast<uint32_t>(message) + MWindow::kUserBase,
                       static_cast<uintptr_t>(static_cast<uint32_t>(id)), param);
 }
 

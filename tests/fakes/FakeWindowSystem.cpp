@@ -39,7 +39,7 @@ std::unique_ptr<IWindowHost> FakeWindowSystem::CreateWindowHost(MWindow&, bool m
   return host;
 }
 
-void* FakeWindowSystem::LoadImage(ImageForm form, int32_t id) {
+void* FakeWindowSystem::LoadSkinImage(ImageForm form, int32_t id) {
   if (form != ImageForm::kPlain) return nullptr;
   auto at = images.find(id);
   return at == images.end() ? nullptr : at->second;

@@ -66,11 +66,11 @@ class FakeWindowSystem : public IWindowSystem {
   };
 
   std::unique_ptr<IWindowHost> CreateWindowHost(MWindow& window, bool minimiseBox) override;
-  void PostMessage(void* handle, uint32_t message, uintptr_t wParam, intptr_t lParam) override {
+  void PostWindowMessage(void* handle, uint32_t message, uintptr_t wParam, intptr_t lParam) override {
     posted.push_back({handle, message, wParam, lParam});
   }
   int32_t RunMessageLoop(MWindow*) override { return loopResult; }
-  void* LoadImage(ImageForm form, int32_t id) override;
+  void* LoadSkinImage(ImageForm form, int32_t id) override;
 
   FakeWindowHost* lastHost = nullptr;
   bool lastMinimiseBox = false;
