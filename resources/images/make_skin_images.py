@@ -262,9 +262,9 @@ def logo(c, x, y):
             vertical((74, 76, 80), (52, 54, 57), y, 71))
     c.paint((x, y, 47, 71), lambda px, py: fill(max(abs(sd_round_rect(px, py, x + 1, y - 10, 45, 80, 9)) - 0.6, y - py)),
             solid(EDGE), 0.8)
-    sun(c, (x + 2, y, 43, 68), x + 23.5, y + 28.0, 9.0)
-    beam = [(x + 14.0, y + 48.0, x + 14.0, y + 58.0), (x + 14.0, y + 58.0, x + 33.0, y + 58.0)]
-    c.paint((x, y, 47, 71), stroke_coverage(beam, 1.6), solid(WHITE))
+    sun(c, (x + 2, y, 43, 68), x + 23.5, y + 22.0, 8.0)
+    letter = polyline(GLYPHS['L'][0], x + 16.0, y + 39.0, 3.3)
+    c.paint((x, y, 47, 71), stroke_coverage(letter, 1.9), solid(WHITE))
 
 
 def update_mark(c, x, y):
@@ -309,6 +309,37 @@ def splash_background(c, x, y):
     c.paint((x, y, 414, 175), lambda px, py: 1.0, colour)
 
 
+# Every rectangle the toolkit and the panels cut from the sheet, as x, y, w, h.
+SHEET_PIECES = [
+    (1, 0, 3, 68),                                           # bottom bar: three 1-pixel columns
+    (0, 15, 1, 72),                                          # header strips (0, 22, 1, 65 lies inside)
+    (4, 0, 15, 15), (19, 0, 15, 15), (4, 15, 15, 15), (19, 15, 15, 15),      # check boxes
+    (5, 30, 13, 13), (20, 30, 13, 13),                       # restart and application icons
+    (4, 44, 9, 33), (13, 44, 15, 15), (2, 77, 4, 29),        # progress track, focus ring, progress fill
+    (6, 77, 7, 33), (13, 77, 7, 33), (20, 77, 7, 33), (27, 77, 7, 33),       # buttons: four looks
+    (0, 110, 33, 30),                                        # failure picture
+    (2, 140, 15, 15), (17, 140, 15, 15), (2, 155, 15, 15), (17, 155, 15, 15),  # radio buttons
+    (34, 0, 47, 71), (39, 71, 42, 49),                       # logo, auto-update picture
+    (33, 123, 122, 52), (155, 0, 414, 175),                  # panel and splash backgrounds
+]
+
+
+def check_pieces(c):
+    # The pieces never overlap, and nothing is drawn outside them, so no
+    # stretched piece can pull in a neighbour's pixels.
+    owner = {}
+    for i, (x, y, w, h) in enumerate(SHEET_PIECES):
+        for py in range(y, y + h):
+            for px in range(x, x + w):
+                if (px, py) in owner:
+                    raise SystemExit('pieces %d and %d overlap at %d,%d' % (owner[(px, py)], i, px, py))
+                owner[(px, py)] = i
+    for py in range(c.h):
+        for px in range(c.w):
+            if c.px[py * c.w + px][3] > 0 and (px, py) not in owner:
+                raise SystemExit('pixel %d,%d lies outside every piece' % (px, py))
+
+
 def sheet():
     c = Canvas(569, 175)
     bottom_bar(c)
@@ -335,6 +366,7 @@ def sheet():
     update_mark(c, 39, 71)
     panel_background(c, 33, 123)
     splash_background(c, 155, 0)
+    check_pieces(c)
     return c
 
 
