@@ -304,9 +304,13 @@ TEST(ToolkitModuleUi, CreateUiShowsTheInstallerWindowAndCloseEndsTheLoopWith1039
 
   shim->DestroyUI(nullptr, ui);
   EXPECT_FALSE(IsWindow(hwnd));
+  // Destruction of the window posts the quit message with 0.
   MSG message;
+  bool quit = false;
   while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+    if (message.message == WM_QUIT) quit = message.wParam == 0;
   }
+  EXPECT_TRUE(quit);
   shim->DestroyUI(nullptr, nullptr);
   host.shim = nullptr;
   shim.reset();
