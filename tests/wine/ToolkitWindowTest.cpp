@@ -220,6 +220,12 @@ TEST_F(ToolkitWindowTest, TabAndEnterOnNativeChildrenMoveFocusAndPress) {
   SendMessageW(GetFocus(), WM_KEYDOWN, VK_TAB, 0);  // past the disabled one, round to the first
   EXPECT_EQ(GetFocus(), first);
 
+  // With the window itself focused, Tab without Shift walks backwards from the first child.
+  SetFocus(Hwnd());
+  SendMessageW(Hwnd(), WM_KEYDOWN, VK_TAB, 0);
+  EXPECT_EQ(GetFocus(), buttons[1]->nativeWindow);
+
+  window->SetFocusRegion(buttons[0], false);
   SendMessageW(GetFocus(), WM_KEYDOWN, VK_RETURN, 0);
   SendMessageW(GetFocus(), WM_KEYUP, VK_RETURN, 0);
   ASSERT_EQ(hits.size(), 2u);
