@@ -6,7 +6,11 @@
 #include <string>
 
 #include "broker/win32/BrokerServerLifecycle.h"
+#include "engine/HostCallbacks.h"
 #include "engine/win32/ScopedLibrary.h"
+#include "ui/MPlainWindow.h"
+#include "ui/MorphUI.h"
+#include "ui/win32/Win32WindowSystem.h"
 
 namespace SASM {
 
@@ -31,5 +35,15 @@ bool Win32LumenBrokerShim::RefreshElevationPolicy() {
   refresh();
   return true;
 }
+
+MorphUI* Win32LumenBrokerShim::CreateUI() {
+  HMODULE module = host->resourceModule ? static_cast<HMODULE>(host->resourceModule) : GetModuleHandleA(nullptr);
+  auto* ui = new (std::nothrow) MorphUI(host, module, std::make_unique<Win32WindowSystem>(host, module));
+  if (!ui) return nullptr;
+  ui->SetWindow(new MPlainWindow(ui));
+  return ui;
+}
+
+void Win32LumenBrokerShim::DestroyUI(void*, MorphUI* ui) { delete ui; }
 
 }  // namespace SASM

@@ -18,6 +18,9 @@ class Win32LumenBrokerShim : public LumenBrokerShim {
   // Calls the browser's IERefreshElevationPolicy; true when the export was
   // found, whatever it answered.
   bool RefreshElevationPolicy() override;
+  // The window and its MorphUI for the host's resource module.
+  MorphUI* CreateUI() override;
+  void DestroyUI(void* ignored, MorphUI* ui) override;
 };
 
 }  // namespace SASM
