@@ -12,11 +12,13 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cctype>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "engine/win32/ComPtr.h"
+#include "engine/win32/ScopedHandle.h"
 #include "engine/win32/ScopedSafeArray.h"
 #include "tests/wine/HelperProcess.h"
 #include "tests/wine/LiveBrokerTest.h"
@@ -71,11 +73,16 @@ HWND FindProcessWindow(DWORD processId, const wchar_t* className) {
 
 // The person at the screen: waits for the server's next dialog, types the
 // text into its file name field when there is one, and presses the button.
+// A dialog still up a while later (a message box over it, say) is closed, so
+// that the server's call comes back whatever happened.
 class DialogUser {
  public:
   DialogUser(DWORD serverId, std::wstring text, int button)
       : thread_([this, serverId, text, button] { Act(serverId, text, button); }) {}
-  ~DialogUser() { thread_.join(); }
+  ~DialogUser() {
+    if (thread_.joinable()) thread_.join();
+  }
+  // Whether the press closed the dialog.
   bool Acted() {
     if (thread_.joinable()) thread_.join();
     return acted_;
@@ -83,20 +90,29 @@ class DialogUser {
 
  private:
   void Act(DWORD serverId, const std::wstring& text, int button) {
-    for (int tries = 0; tries < 200; ++tries) {
-      HWND dialog = FindProcessWindow(serverId, L"#32770");
-      if (!dialog) {
-        Sleep(100);
-        continue;
+    HWND dialog = nullptr;
+    for (int tries = 0; tries < 200 && !dialog; ++tries) {
+      dialog = FindProcessWindow(serverId, L"#32770");
+      if (!dialog) Sleep(100);
+    }
+    if (!dialog) return;
+    if (!text.empty()) {
+      DWORD_PTR ignored = 0;
+      SendMessageTimeoutW(GetDlgItem(dialog, kFileNameEdit), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()),
+                          SMTO_ABORTIFHUNG, 5000, &ignored);
+    }
+    // Posted: a message box the click may raise must not block this thread.
+    PostMessageW(GetDlgItem(dialog, button), BM_CLICK, 0, 0);
+    for (int tries = 0; tries < 50; ++tries) {
+      if (!IsWindow(dialog)) {
+        acted_ = true;
+        return;
       }
-      if (!text.empty()) {
-        DWORD_PTR ignored = 0;
-        SendMessageTimeoutW(GetDlgItem(dialog, kFileNameEdit), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()),
-                            SMTO_ABORTIFHUNG, 5000, &ignored);
-      }
-      // Posted: a message box the click may raise must not block this thread.
-      acted_ = PostMessageW(GetDlgItem(dialog, button), BM_CLICK, 0, 0) != FALSE;
-      return;
+      Sleep(100);
+    }
+    for (int tries = 0; tries < 50 && IsWindow(dialog); ++tries) {
+      if (HWND top = FindProcessWindow(serverId, L"#32770")) PostMessageW(top, WM_CLOSE, 0, 0);
+      Sleep(200);
     }
   }
 
@@ -271,8 +287,9 @@ TEST_F(BrokerDialogsLive, TheDefaultPrintersDeviceContextComesBackWithoutADialog
   HRESULT result = broker_->BrokerPrintDialog(0, &from, &to, &flags, &dc);
   if (!hasPrinter) {
     // Nothing to print on: PrintDlgW fails without showing anything.
+    // The [in, out] values come back as they went; an [out] one from the server's own storage.
     EXPECT_EQ(result, kFailure);
-    EXPECT_EQ(dc, 0xDEADu);
+    EXPECT_EQ(from, 0x10001u);
     EXPECT_EQ(flags, static_cast<ULONG>(PD_RETURNDEFAULT | PD_RETURNDC));
     return;
   }
@@ -282,4 +299,34 @@ TEST_F(BrokerDialogsLive, TheDefaultPrintersDeviceContextComesBackWithoutADialog
   EXPECT_EQ(from, 1u);
   EXPECT_EQ(to, 3u);
   EXPECT_EQ(flags & (PD_RETURNDEFAULT | PD_RETURNDC), static_cast<ULONG>(PD_RETURNDEFAULT | PD_RETURNDC));
+}
+
+// The command-line client against the same server: the open dialog's VARIANT
+// array comes out one entry a line, and the print dialog's values by name.
+TEST_F(BrokerDialogsLive, TheBrokerClientPrintsTheChosenEntriesOneALine) {
+  tree_.File(Chosen() + L"\\first.flv", "1");
+  tree_.File(Chosen() + L"\\second.flv", "2");
+  const std::wstring directory = WineTest::BinaryDirectory();
+  const std::wstring outPath = directory + L"\\dialogs-client.out";
+  made_.push_back(outPath);
+  DWORD exitCode;
+  {
+    SECURITY_ATTRIBUTES inherit{sizeof(inherit), nullptr, TRUE};
+    ScopedHandle out(CreateFileW(outPath.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherit,
+                                 CREATE_ALWAYS, 0, nullptr));
+    DialogUser user(serverId_, L"\"" + Chosen() + L"\\first.flv\" \"" + Chosen() + L"\\second.flv\"", IDOK);
+    exitCode = WineTest::RunToEnd(L"\"" + directory + L"\\LumenBrokerClient.exe\" BrokerOpenDialog " +
+                                      std::to_wstring(owner_) + L" 0 0 null 0x200",
+                                  30000, out.get(), nullptr);
+    EXPECT_TRUE(user.Acted());
+  }
+  EXPECT_EQ(exitCode, 0u);
+  // The dialog may spell the directory in another case.
+  auto lower = [](std::string text) {
+    for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return text;
+  };
+  EXPECT_EQ(lower(WineTest::ReadAll(outPath)),
+            lower("hresult=0x00000000\np_chosenFilePathArray[0]=" + WineTest::Utf8(Chosen()) +
+                  "\\\np_chosenFilePathArray[1]=first.flv\np_chosenFilePathArray[2]=second.flv\n"));
 }
