@@ -121,6 +121,12 @@ TEST_F(BrokerDialogMethodsTest, BothFileDialogsRefuseBadFilterArgumentsAndStrang
     EXPECT_EQ(dialogs.OpenDialog(c.window, c.pairs, c.length, c.array, 0, &chosen), kInvalid);
     EXPECT_EQ(dialogs.SaveDialog2(c.window, u"a", c.pairs, c.length, c.array, 0, &cookie, &path), kInvalid);
   }
+  // Nowhere to put the answer.
+  uint32_t cookie = 0;
+  std::u16string path;
+  EXPECT_EQ(dialogs.OpenDialog(kOwner, 0, 0, nullptr, 0, nullptr), kInvalid);
+  EXPECT_EQ(dialogs.SaveDialog2(kOwner, u"a", 0, 0, nullptr, 0, nullptr, &path), kInvalid);
+  EXPECT_EQ(dialogs.SaveDialog2(kOwner, u"a", 0, 0, nullptr, 0, &cookie, nullptr), kInvalid);
   EXPECT_TRUE(platform.Dialogs().empty());
 }
 
@@ -226,4 +232,6 @@ TEST_F(BrokerDialogMethodsTest, ThePrintDialogIsFilledAsToldWritesBackOnSuccessA
   EXPECT_EQ(dialogs.PrintDialog(kStranger, &from, &to, &flags, &dc), kFail);
   EXPECT_EQ((std::vector<uint32_t>{from, to, flags, dc}), (std::vector<uint32_t>{1, 1, 0x500, 0xDEAD}));
   EXPECT_EQ(platform.FreedGlobals(), (std::vector<uint64_t>{0x5000, 0x6000, 0x5000, 0x6000}));
+  EXPECT_EQ(dialogs.PrintDialog(kOwner, &from, nullptr, &flags, &dc), kInvalid);
+  EXPECT_EQ(platform.PrintRequests().size(), 2u);
 }
