@@ -251,8 +251,8 @@ TEST_F(BrokerDialogsLive, TheDefaultPrintersDeviceContextComesBackWithoutADialog
   ULONG from = 0x10001, to = 0x10003, flags = PD_RETURNDEFAULT | PD_RETURNDC, dc = 0xDEAD;
   HRESULT result = broker_->BrokerPrintDialog(0, &from, &to, &flags, &dc);
   if (!hasPrinter) {
-    // Nothing to print on: PrintDlgW fails without showing anything.
-    // The [in, out] values come back as they went; an [out] one from the server's own storage.
+    // Nothing to print on: PrintDlgW fails without showing anything, and the
+    // [in, out] values come back as they went.
     EXPECT_EQ(result, kFailure);
     EXPECT_EQ(from, 0x10001u);
     EXPECT_EQ(flags, static_cast<ULONG>(PD_RETURNDEFAULT | PD_RETURNDC));
