@@ -43,7 +43,6 @@ class FakeDialogPlatform::Dialog : public DialogPlatform::FileDialog {
   }
   int32_t GetResultName(uint32_t index, uint32_t sigdn, std::u16string& name) override {
     if (!shown_ || index >= platform_.items.size()) return kNoResult;
-    if (platform_.failName && *platform_.failName == std::make_pair(index, sigdn)) return kNoResult;
     const Item& item = platform_.items[index];
     name = sigdn == 0x80058000 ? item.path : item.name;
     return 0;
@@ -66,7 +65,6 @@ class FakeDialogPlatform::Dialog : public DialogPlatform::FileDialog {
 };
 
 int32_t FakeDialogPlatform::CreateFileDialog(bool save, std::unique_ptr<FileDialog>& dialog) {
-  if (createResult < 0) return createResult;
   given_.push_back({});
   given_.back().save = save;
   dialog = std::make_unique<Dialog>(*this, given_.size() - 1);

@@ -41,11 +41,8 @@ class FakeDialogPlatform : public DialogPlatform {
   };
 
   // The user's answer to the next dialogs.
-  int32_t createResult = 0;
   int32_t showResult = 0;
   std::vector<Item> items;
-  // GetDisplayName fails for this item and kind.
-  std::optional<std::pair<uint32_t, uint32_t>> failName;
   int32_t ownersResult = 0;
   std::vector<std::u16string> ownersChosen;
   bool failAllocation = false;
