@@ -56,7 +56,7 @@ class BrokerDialogMethodsTest : public BrokerWorld {
   }
   int32_t Open(std::vector<std::u16string>& chosen) { return dialogs.OpenDialog(kOwner, 0, 0, nullptr, 0, &chosen); }
   int32_t Save(uint32_t& cookie, std::u16string& path) {
-    return dialogs.SaveDialog2(kOwner, u"clip.flv", 0, 0, nullptr, 0, &cookie, &path);
+    return dialogs.SaveDialog2(kOwner, u"clip.lmv", 0, 0, nullptr, 0, &cookie, &path);
   }
 
   FakeDialogPlatform platform;
@@ -66,10 +66,10 @@ class BrokerDialogMethodsTest : public BrokerWorld {
 }  // namespace
 
 TEST_F(BrokerDialogMethodsTest, FiltersAreDecodedInPlaceAndMustHoldExactlyTheirPairs) {
-  ByteArray array = Filter(u"Clips\\0*.flv\\0Back\\\\slash\\0a\\\\*\\0");
+  ByteArray array = Filter(u"Clips\\0*.lmv\\0Back\\\\slash\\0a\\\\*\\0");
   Pairs pairs;
   ASSERT_EQ(Parse(array, 2, pairs), 0);
-  EXPECT_EQ(pairs, (Pairs{{u"Clips", u"*.flv"}, {u"Back\\slash", u"a\\*"}}));
+  EXPECT_EQ(pairs, (Pairs{{u"Clips", u"*.lmv"}, {u"Back\\slash", u"a\\*"}}));
   // The client's own array now holds the decoded fields.
   EXPECT_EQ(files.ArrayBytes(array).substr(0, 12), FilterBytes(u"Clips"));
   ASSERT_EQ(Parse(Filter(u"All\\0*.*\\0"), 1, pairs), 0);
@@ -131,14 +131,14 @@ TEST_F(BrokerDialogMethodsTest, BothFileDialogsRefuseBadFilterArgumentsAndStrang
 }
 
 TEST_F(BrokerDialogMethodsTest, OneChosenFileIsItsPathAndSeveralAreTheirDirectoryThenEachName) {
-  ByteArray filter = Filter(u"Clips\\0*.flv\\0");
+  ByteArray filter = Filter(u"Clips\\0*.lmv\\0");
   processes.AddWindow(reinterpret_cast<void*>(~uintptr_t{0xFFBF}), 1);
-  platform.items = {{u"a.flv", kDocuments + u"\\a.flv"}};
+  platform.items = {{u"a.lmv", kDocuments + u"\\a.lmv"}};
   std::vector<std::u16string> chosen;
   ASSERT_EQ(dialogs.OpenDialog(0xFFFF0040, 1, Length(filter), filter, 0xFFFFFFFF, &chosen), 0);
-  EXPECT_EQ(chosen, std::vector<std::u16string>{kDocuments + u"\\a.flv"});
+  EXPECT_EQ(chosen, std::vector<std::u16string>{kDocuments + u"\\a.lmv"});
   const FakeDialogPlatform::Given& given = platform.Dialogs()[0];
-  EXPECT_EQ(given.fileTypes, (Pairs{{u"Clips", u"*.flv"}}));
+  EXPECT_EQ(given.fileTypes, (Pairs{{u"Clips", u"*.lmv"}}));
   EXPECT_EQ(given.options, 0xFF31FF1Au);
   // Handles are sign-extended; the specs live until the dialog is gone.
   EXPECT_EQ(given.owner, 0xFFFFFFFFFFFF0040u);
@@ -170,13 +170,13 @@ TEST_F(BrokerDialogMethodsTest, TheUsersCancelComesBackAsItIsWithNothingMadeOrLe
 
 TEST_F(BrokerDialogMethodsTest, TheSavedChoiceBecomesAnUnsniffedWriteCookieWhoseFirstWriteCreatesTheFile) {
   protection.SetClientIdentities({u"corp.example", u"other.example"});
-  platform.items = {{u"clip.flv", kDocuments + u"\\clip.flv"}};
+  platform.items = {{u"clip.lmv", kDocuments + u"\\clip.lmv"}};
   uint32_t cookie = 0;
   std::u16string path;
-  ASSERT_EQ(dialogs.SaveDialog2(kOwner, u"clip.flv", 0, 0, nullptr, 0x20000, &cookie, &path), 0);
-  EXPECT_EQ(path, kDocuments + u"\\clip.flv");
+  ASSERT_EQ(dialogs.SaveDialog2(kOwner, u"clip.lmv", 0, 0, nullptr, 0x20000, &cookie, &path), 0);
+  EXPECT_EQ(path, kDocuments + u"\\clip.lmv");
   const FakeDialogPlatform::Given& given = platform.Dialogs()[0];
-  EXPECT_EQ(given.fileName, u"clip.flv");
+  EXPECT_EQ(given.fileName, u"clip.lmv");
   EXPECT_EQ(given.collected, u"prop:System.Security.EncryptionOwners");
   EXPECT_EQ(given.offeredOwners, std::vector<std::u16string>{u"corp.example"});
   EXPECT_EQ(given.options, 0u);
@@ -197,7 +197,7 @@ TEST_F(BrokerDialogMethodsTest, TheSavedChoiceBecomesAnUnsniffedWriteCookieWhose
 }
 
 TEST_F(BrokerDialogMethodsTest, TheOwnerChosenInTheDialogGoesWithTheFileAndAMissingPathFails) {
-  platform.items = {{u"clip.flv", kDocuments + u"\\clip.flv"}};
+  platform.items = {{u"clip.lmv", kDocuments + u"\\clip.lmv"}};
   platform.ownersChosen = {u"corp.example", u"ignored.example"};
   uint32_t cookie = 0;
   std::u16string path;

@@ -10,7 +10,7 @@ using OpenCall = FakeBrokerFilePlatform::OpenCall;
 
 namespace {
 
-const std::u16string kChosen = u"C:\\Users\\a\\Documents\\movie.flv";
+const std::u16string kChosen = u"C:\\Users\\a\\Documents\\movie.lmv";
 constexpr uint64_t kNone = BrokerCookieRecord::kNoHandle;
 
 // A save dialog's choice: write, share reading, the given disposition.
@@ -44,7 +44,7 @@ TEST_F(DeferredFileOpenerTest, TheFileIsOpenedWithTheChosenValuesAndMarked) {
   EXPECT_EQ(record.handle, handle);
   EXPECT_EQ(record.deferredOpen, nullptr);
   EXPECT_EQ(files.Opens(), (std::vector<OpenCall>{{kChosen, 0x40000000, 1, 2, 0x80}}));
-  EXPECT_EQ(marks.Log(), std::vector<std::string>{"Attachment C:\\Users\\a\\Documents\\movie.flv"});
+  EXPECT_EQ(marks.Log(), std::vector<std::string>{"Attachment C:\\Users\\a\\Documents\\movie.lmv"});
 }
 
 TEST_F(DeferredFileOpenerTest, AFailedOpenIsStillMarked) {

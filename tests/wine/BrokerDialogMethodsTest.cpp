@@ -175,9 +175,9 @@ class BrokerDialogsLive : public WineTest::LiveBrokerTest {
 }  // namespace
 
 TEST_F(BrokerDialogsLive, ASavedChoiceIsCreatedByItsFirstWriteAndCannotBeRead) {
-  const std::wstring path = Chosen() + L"\\saved.flv";
+  const std::wstring path = Chosen() + L"\\saved.lmv";
   made_.push_back(path);
-  wchar_t initial[] = L"clip.flv";
+  wchar_t initial[] = L"clip.lmv";
   ULONG cookie = 0;
   BSTR chosen = nullptr;
   HRESULT result;
@@ -215,7 +215,7 @@ TEST_F(BrokerDialogsLive, TheUsersCancelReachesTheClientAsTheDialogsOwnResult) {
   EXPECT_EQ(V_VT(&chosen), VT_EMPTY);
   ULONG cookie = 7;
   BSTR path = nullptr;
-  wchar_t initial[] = L"clip.flv";
+  wchar_t initial[] = L"clip.lmv";
   {
     DialogUser user(serverId_, L"", IDCANCEL);
     EXPECT_EQ(broker_->BrokerSaveDialog2(owner_, initial, 0, 0, nullptr, 0, &cookie, &path), kCancelled);
@@ -227,7 +227,7 @@ TEST_F(BrokerDialogsLive, TheUsersCancelReachesTheClientAsTheDialogsOwnResult) {
 
 TEST_F(BrokerDialogsLive, AFilterWithAPairTooManyAndAWindowFromOutsideTheProgramFoldersAreRefusedUnshown) {
   ULONG length = 0;
-  ScopedSafeArray filter = Filter(L"All\\0*.*\\0Clips\\0*.flv\\0", length);
+  ScopedSafeArray filter = Filter(L"All\\0*.*\\0Clips\\0*.lmv\\0", length);
   VARIANT chosen;
   VariantInit(&chosen);
   EXPECT_EQ(broker_->BrokerOpenDialog(owner_, 1, length, filter.get(), 0, &chosen), kBadArgument);
@@ -240,7 +240,7 @@ TEST_F(BrokerDialogsLive, AFilterWithAPairTooManyAndAWindowFromOutsideTheProgram
   EXPECT_EQ(broker_->BrokerOpenDialog(window, 0, 0, nullptr, 0, &chosen), kBadArgument);
   ULONG cookie = 0;
   BSTR path = nullptr;
-  wchar_t initial[] = L"clip.flv";
+  wchar_t initial[] = L"clip.lmv";
   EXPECT_EQ(broker_->BrokerSaveDialog2(window, initial, 0, 0, nullptr, 0, &cookie, &path), kBadArgument);
   EXPECT_EQ(FindProcessWindow(serverId_, L"#32770"), nullptr);
   EXPECT_EQ(broker_->BrokerSaveDialog(owner_, initial, &cookie, &path), E_NOTIMPL);
@@ -269,8 +269,8 @@ TEST_F(BrokerDialogsLive, TheDefaultPrintersDeviceContextComesBackWithoutADialog
 // Two files chosen in the open dialog, from the command-line client: the
 // directory and the two names come out one entry a line.
 TEST_F(BrokerDialogsLive, TwoFilesChosenInTheOpenDialogComeBackAsTheirDirectoryAndNames) {
-  tree_.File(Chosen() + L"\\first.flv", "1");
-  tree_.File(Chosen() + L"\\second.flv", "2");
+  tree_.File(Chosen() + L"\\first.lmv", "1");
+  tree_.File(Chosen() + L"\\second.lmv", "2");
   const std::wstring directory = WineTest::BinaryDirectory();
   const std::wstring outPath = directory + L"\\dialogs-client.out";
   made_.push_back(outPath);
@@ -279,7 +279,7 @@ TEST_F(BrokerDialogsLive, TwoFilesChosenInTheOpenDialogComeBackAsTheirDirectoryA
     SECURITY_ATTRIBUTES inherit{sizeof(inherit), nullptr, TRUE};
     ScopedHandle out(CreateFileW(outPath.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherit,
                                  CREATE_ALWAYS, 0, nullptr));
-    DialogUser user(serverId_, L"\"" + Chosen() + L"\\first.flv\" \"" + Chosen() + L"\\second.flv\"", IDOK);
+    DialogUser user(serverId_, L"\"" + Chosen() + L"\\first.lmv\" \"" + Chosen() + L"\\second.lmv\"", IDOK);
     exitCode = WineTest::RunToEnd(L"\"" + directory + L"\\LumenBrokerClient.exe\" BrokerOpenDialog " +
                                       std::to_wstring(owner_) + L" 0 0 null 0x200",
                                   30000, out.get(), nullptr);
@@ -293,5 +293,5 @@ TEST_F(BrokerDialogsLive, TwoFilesChosenInTheOpenDialogComeBackAsTheirDirectoryA
   };
   EXPECT_EQ(lower(WineTest::ReadAll(outPath)),
             lower("hresult=0x00000000\np_chosenFilePathArray[0]=" + WineTest::Utf8(Chosen()) +
-                  "\\\np_chosenFilePathArray[1]=first.flv\np_chosenFilePathArray[2]=second.flv\n"));
+                  "\\\np_chosenFilePathArray[1]=first.lmv\np_chosenFilePathArray[2]=second.lmv\n"));
 }
