@@ -83,8 +83,8 @@ bool ShortcutRules::IsIconCachePath(std::u16string_view path, std::u16string_vie
   if (!path.starts_with(prefix)) return false;
   std::u16string_view rest = path.substr(prefix.size());
   size_t end = 0;
-  while (end < rest.size() && ((rest[end] >= u'0' && rest[end] <= u'9') || rest[end] == u' ' || rest[end] == u'(' ||
-                               rest[end] == u')'))
+  while (end < rest.size() &&
+         ((rest[end] >= u'0' && rest[end] <= u'9') || rest[end] == u' ' || rest[end] == u'(' || rest[end] == u')'))
     ++end;
   return rest.substr(end) == u".ico";
 }

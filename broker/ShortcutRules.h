@@ -45,8 +45,7 @@ class ShortcutRules {
   static bool IsWebUrl(std::u16string_view canonicalUrl);
   // The icon cache under appDataFolder, "\", the name, then only digits,
   // spaces and parentheses, and ".ico" at the very end.
-  static bool IsIconCachePath(std::u16string_view path, std::u16string_view appDataFolder,
-                              std::u16string_view name);
+  static bool IsIconCachePath(std::u16string_view path, std::u16string_view appDataFolder, std::u16string_view name);
 
   // The template filled with the UTF-8 address and name, in a buffer of
   // kMarkupCapacity bytes; false when it would not fit.
@@ -59,8 +58,8 @@ class ShortcutRules {
   // " (2)", " (3)"... before the extension until a free one is found. Null
   // when the path would not fit in `capacity` characters (terminator
   // included); every write stays inside it.
-  static char16_t* MakeUniquePath(ShortcutPlatform& platform, char16_t* buffer, size_t capacity,
-                                  const char16_t* name, const char16_t* extension, bool overwrite);
+  static char16_t* MakeUniquePath(ShortcutPlatform& platform, char16_t* buffer, size_t capacity, const char16_t* name,
+                                  const char16_t* extension, bool overwrite);
 };
 
 }  // namespace SASM

@@ -67,9 +67,8 @@ HRESULT WithFamily(HostCallbacks* host, Call call) {
 HRESULT IconPath(HostCallbacks* host, BSTR fileName, bool overwrite, BSTR* iconPath) {
   if (!iconPath) return BrokerHresult::kFail;
   std::u16string path;
-  HRESULT result = WithFamily(host, [&](BrokerShortcutMethods& methods) {
-    return methods.CreateIconPath(Text(fileName), overwrite, path);
-  });
+  HRESULT result = WithFamily(
+      host, [&](BrokerShortcutMethods& methods) { return methods.CreateIconPath(Text(fileName), overwrite, path); });
   if (FAILED(result)) return result;
   *iconPath = SysAllocString(reinterpret_cast<const OLECHAR*>(path.c_str()));
   return *iconPath ? result : BrokerHresult::kFail;
@@ -97,8 +96,8 @@ HRESULT CoLumenBrokerServer::BrokerCreateInternetShortcut(BSTR fileName, BSTR ur
   AccessedArray signedData(p_signed_auth_data);
   AccessedArray strings(p_strings);
   return WithFamily(Host(), [&](BrokerShortcutMethods& methods) {
-    return methods.CreateInternetShortcut(Text(fileName), Text(url), Text(iconPath), signedData.view(),
-                                          strings.view(), flags);
+    return methods.CreateInternetShortcut(Text(fileName), Text(url), Text(iconPath), signedData.view(), strings.view(),
+                                          flags);
   });
 }
 

@@ -42,8 +42,7 @@ class FakeShortcutPlatform : public ShortcutPlatform {
   int32_t CreateDirectoryTree(const char16_t* path) override;
   uint32_t GetFileAttributes(const char16_t* path) override;
   bool PathCanonicalize(const char16_t* path, std::u16string& canonical) override;
-  int32_t UrlCanonicalize(const char16_t* url, uint32_t flags, uint32_t capacity,
-                          std::u16string& canonical) override;
+  int32_t UrlCanonicalize(const char16_t* url, uint32_t flags, uint32_t capacity, std::u16string& canonical) override;
   int32_t GetDefaultBrowser(std::u16string& program) override;
   int32_t CreateInternetShortcut(std::unique_ptr<ShortcutObject>& object) override;
   int32_t CreateShellLink(std::unique_ptr<ShortcutObject>& object) override;

@@ -25,8 +25,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::vector<std::u16string> parts(1);
   for (size_t i = 2; i + 1 < size; i += 2) {
     char16_t unit = static_cast<char16_t>(data[i] | (data[i + 1] << 8));
-    if (unit == 0 && parts.size() < 3) parts.emplace_back();
-    else if (unit != 0) parts.back().push_back(unit);
+    if (unit == 0 && parts.size() < 3)
+      parts.emplace_back();
+    else if (unit != 0)
+      parts.back().push_back(unit);
   }
   parts.resize(3);
   const std::u16string& name = parts[0];
@@ -55,8 +57,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::string markup;
   if (ShortcutRules::BuildMarkup(MString(url.c_str()).ToUtf8(), MString(name.c_str()).ToUtf8(), markup)) {
     const std::string strings = "<" + markup.substr(0, markup.size() / 2) + markup;
-    ShortcutByteArray array{true, {1, 1, 0, static_cast<uint32_t>(strings.size())},
-                            reinterpret_cast<const uint8_t*>(strings.data())};
+    ShortcutByteArray array{
+        true, {1, 1, 0, static_cast<uint32_t>(strings.size())}, reinterpret_cast<const uint8_t*>(strings.data())};
     if (!ShortcutRules::Contains(array, markup)) __builtin_trap();
 
     ShortcutRateLimit limit;
