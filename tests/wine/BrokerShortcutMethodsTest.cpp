@@ -102,10 +102,10 @@ class BrokerShortcutLive : public WineTest::LiveBrokerTest {
     return hr;
   }
   HRESULT Internet(const std::wstring& name, const std::wstring& url, const std::wstring& icon,
-                   const std::string& signedData, const std::string& strings = kMarkup) {
+                   const std::string& signedData, const std::string& strings = kMarkup, ULONG flags = 1) {
     return broker_->BrokerCreateInternetShortcut(ScopedBstr(name.c_str()).get(), ScopedBstr(url.c_str()).get(),
                                                  ScopedBstr(icon.c_str()).get(), WineTest::ByteArray(signedData).get(),
-                                                 WineTest::ByteArray(strings).get(), 1);
+                                                 WineTest::ByteArray(strings).get(), flags);
   }
 
   ComPtr<ILumenBroker6> broker_;
@@ -181,6 +181,10 @@ TEST_F(BrokerShortcutLive, AnEntitledShortcutIsALinkThatOpensTheAddressInTheDefa
   // No rate limit here: the entitlement is the bound.
   EXPECT_EQ(Internet(L"LumenSite", kSite, icon, good), S_OK);
   EXPECT_TRUE(FileExists(Made(Desktop() + L"\\LumenSite (2).lnk")));
+  // The prefix has no quick launch folder: the desktop copy is saved first, then that save's failure ends the call.
+  const HRESULT quickLaunch = Internet(L"LumenSite", kSite, icon, good, kMarkup, 1 | 4 | 8);
+  EXPECT_TRUE(FAILED(quickLaunch) && quickLaunch != kRefused) << std::hex << quickLaunch;
+  EXPECT_TRUE(FileExists(Made(Desktop() + L"\\LumenSite (3).lnk")));
 }
 
 TEST_F(BrokerShortcutLive, InternetShortcutsOutsideTheRulesOrTheirEntitlementLeaveNoFile) {
