@@ -36,10 +36,9 @@ class BrokerShortcutMethods {
                                  const ShortcutByteArray& signedAuthData, const ShortcutByteArray& strings,
                                  uint32_t flags);
 
+ private:
   // The icon cache: the roaming folder and the cache's leaf.
   bool IconCacheFolder(std::u16string& folder);
-
- private:
   struct Endings {
     const char16_t* desktop;
     const char16_t* programs;
