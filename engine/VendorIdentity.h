@@ -8,6 +8,9 @@ inline constexpr char16_t kSettingsDirectory[] = u"www.halcyonics.example";
 inline constexpr char kWebDomain[] = "www.halcyonics.example";
 inline constexpr char kDownloadHost[] = "download.halcyonics.example";
 inline constexpr char kRedirectHost[] = "redirect.halcyonics.example";
+// Add-on downloads come only from a single-label host directly beneath this domain, written
+// with its leading "." and trailing "/" as a URL's text holds it.
+inline constexpr char kAddOnDomain[] = ".halcyonics.example/";
 
 // Pages named by the Add/Remove Programs entry.
 inline constexpr char16_t kSupportUrl[] = u"https://www.halcyonics.example/go/lumenplayer_support/";

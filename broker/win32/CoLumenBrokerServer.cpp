@@ -25,7 +25,8 @@ CoLumenBrokerServer::CoLumenBrokerServer(HostCallbacks* host)
       fileMethods_(files_, protection_, marks_, policy_, cookies_, serverIdentities_),
       dialogOwners_(pathPlatform_, *Win32Platform().processes),
       auditedOpener_(fileMethods_, files_, protection_, policy_, cookies_, dialogOwners_, serverIdentities_),
-      dialogMethods_(dialogPlatform_, files_, dialogOwners_, cookies_, protection_) {
+      dialogMethods_(dialogPlatform_, files_, dialogOwners_, cookies_, protection_),
+      addOns_(cookies_, host) {
   cookies_.SetDeferredOpen(&DeferredFileOpener::OpenRecord, &opener_);
   policy_.SetEnableLocalAppData(WindowsFileManager(Win32Platform()).EnableLocalAppData());
   if (BrokerServerLifecycle::factory) InterlockedIncrement(&BrokerServerLifecycle::factory->objectCount);

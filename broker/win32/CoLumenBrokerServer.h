@@ -26,6 +26,7 @@
 #include "broker/win32/Win32InternetMarkPlatform.h"
 #include "broker/win32/Win32PathPlatform.h"
 #include "connections/ILcdAccessor.h"
+#include "delivery/win32/Win32AddOnFamily.h"
 #include "engine/win32/Advapi32DllHelper.h"
 #include "engine/win32/ComPtr.h"
 #include "engine/win32/Edpwin32DllHelper.h"
@@ -259,6 +260,7 @@ class CoLumenBrokerServer : public ILumenBroker6 {
   AuditedFileOpener auditedOpener_;
   Win32DialogPlatform dialogPlatform_;
   BrokerDialogMethods dialogMethods_;
+  Win32AddOnFamily addOns_;
 };
 
 }  // namespace SASM
