@@ -10,6 +10,7 @@
 #include "engine/ProductKind.h"
 #include "engine/Reporter.h"
 #include "engine/SettingsTree.h"
+#include "engine/StringLookup.h"
 #include "install/BrowserRefresh.h"
 #include "install/ControlRegistration.h"
 #include "install/ControlSelfRegistration.h"
@@ -44,15 +45,7 @@ void LumenBrokerShim::ReportNotAvailable(const char16_t* operation) {
 }
 
 MString& LumenBrokerShim::LoadString(MString& out, uint32_t id, uint8_t useHost) {
-  std::u16string text;
-  if (platform_.system->LoadResourceString(host->resourceModule, id, text)) {
-    out = MString(std::u16string_view(text));
-  } else if (useHost) {
-    host->LoadStringFallback(out, id, 0);
-  } else {
-    out = MString(u"MISSING LOCALIZATION");
-  }
-  return out;
+  return StringLookup::Load(*platform_.system, *host, out, id, useHost != 0);
 }
 
 MorphUI* LumenBrokerShim::CreateUI() {

@@ -19,4 +19,12 @@ inline constexpr char16_t kUpdateUrl[] = u"https://www.halcyonics.example/go/get
 // The plug-in's id under the browsers' plug-in key: the vendor domain and the product.
 inline constexpr char16_t kPluginId[] = u"@halcyonics.example/LumenPlayer";
 
+// Hosts of the links in the installer's string table (resources/strings), besides
+// kWebDomain: the knowledge base, the player's download centre, the labs, and the
+// update site that string 88 addresses by https.
+inline constexpr char kKnowledgeBaseHost[] = "kb.halcyonics.example";
+inline constexpr char kPlayerDownloadHost[] = "get.halcyonics.example";
+inline constexpr char kLabsHost[] = "labs.halcyonics.example";
+inline constexpr char kUpdateHost[] = "update.halcyonics.example";
+
 }  // namespace SASM::Vendor

@@ -1,5 +1,7 @@
 #include "host/ReferenceHost.h"
 
+#include "engine/LumenBrokerShim.h"
+
 namespace SASM {
 
 ReferenceHost::ReferenceHost(const HostOptions& options, const MString& settingsText) : options_(options) {
@@ -10,9 +12,24 @@ void ReferenceHost::ReportMessage(int64_t, int32_t severity, int32_t code, MStri
   log_.Add(severity, code, text);
 }
 
-void ReferenceHost::LoadStringFallback(MString& out, uint32_t id, int32_t) {
-  out = MString(u"[string ");
-  out.Append(MString::FromNumber(id)).Append(u"]");
+void ReferenceHost::LoadStringFallback(MString& out, uint32_t id, int32_t flag) {
+  // The window asks with flag 1: the module's table answers first and comes
+  // back here, with flag 0, for what it lacks.
+  if (flag != 0 && shim) {
+    shim->LoadString(out, id, 1);
+    return;
+  }
+  switch (id) {
+    case kPercentTextId:
+      out = MString(u"^%");
+      break;
+    case kWindowTitleId:
+      out = MString(u"Lumen Player ^ Installer");
+      break;
+    default:
+      out = MString(u"[string ");
+      out.Append(MString::FromNumber(id)).Append(u"]");
+  }
 }
 
 bool ReferenceHost::DecompressImage(void*, uint32_t, const void*, uint32_t) { return false; }

@@ -13,6 +13,10 @@ namespace SASM {
 
 class ReferenceHost : public HostCallbacks {
  public:
+  // The host's own strings, which the module's table leaves out; "^" takes the value.
+  static constexpr uint32_t kPercentTextId = 15;
+  static constexpr uint32_t kWindowTitleId = 29;
+
   ReferenceHost(const HostOptions& options, const MString& settingsText);
 
   void ReportMessage(int64_t reserved, int32_t severity, int32_t code, MString text) override;

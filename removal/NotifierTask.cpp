@@ -6,6 +6,7 @@
 #include "engine/ErrorCodes.h"
 #include "engine/HostCallbacks.h"
 #include "engine/Reporter.h"
+#include "engine/StringLookup.h"
 
 namespace SASM {
 namespace {
@@ -249,8 +250,7 @@ TaskDefinition NotifierTask::Definition() {
   TaskDefinition definition;
   definition.name = kTaskName;
   definition.author = kAuthor;
-  std::u16string description;
-  if (system.LoadResourceString(nullptr, kDescriptionId, description)) definition.description = description;
+  definition.description = StringLookup::LoadOwn(system, kDescriptionId);
   definition.userName = userName;
   definition.commandPath = commandPath.ToU16();
   definition.commandArguments = commandArguments.ToU16();

@@ -10,7 +10,8 @@ bool FakeSystem::GetFolderPath(int32_t csidl, std::u16string& path) {
   return true;
 }
 
-bool FakeSystem::LoadResourceString(void*, uint32_t id, std::u16string& text) {
+bool FakeSystem::LoadResourceString(void* module, uint32_t id, std::u16string& text) {
+  lastStringModule_ = module;
   auto found = strings_.find(id);
   if (found == strings_.end()) return false;
   text = found->second;

@@ -34,6 +34,8 @@ class FakeSystem : public ISystem {
   // Draws answered in order; when they run out every draw fails.
   void SetRandomDraws(std::vector<uint32_t> draws) { draws_ = std::move(draws); }
   void SetResourceString(uint32_t id, std::u16string text) { strings_[id] = std::move(text); }
+  // The module the last string was asked from.
+  void* LastStringModule() const { return lastStringModule_; }
   // Shell executions answer these in order, then 42.
   void SetShellExecuteResults(std::vector<intptr_t> results) { shellExecuteResults_ = std::move(results); }
 
@@ -96,6 +98,7 @@ class FakeSystem : public ISystem {
   size_t nextDraw_ = 0;
   std::vector<uint32_t> sleeps_;
   std::map<uint32_t, std::u16string> strings_;
+  void* lastStringModule_ = nullptr;
   std::vector<intptr_t> shellExecuteResults_;
   std::vector<int32_t> folderRequests_;
   std::vector<Execution> executions_;

@@ -103,6 +103,15 @@ TEST_F(NotifierTaskTest, NewTaskIsDefinedInFullAndRegisteredForTheUser) {
   EXPECT_EQ(world_.scheduler.OpenSessions(), 0);
 }
 
+TEST_F(NotifierTaskTest, DescriptionComesFromTheRunningProgramsTableOrShowsTheMarker) {
+  EXPECT_TRUE(Create(world_));
+  EXPECT_EQ(world_.scheduler.LastDefinition().description, u"Checks for player updates");
+  EXPECT_EQ(world_.system.LastStringModule(), nullptr);
+  TestWorld bare;
+  EXPECT_TRUE(Create(bare));
+  EXPECT_EQ(bare.scheduler.LastDefinition().description, u"MISSING LOCALIZATION");
+}
+
 TEST_F(NotifierTaskTest, EachStepOfANewTaskReportsItsOwnCodeAndEndsTheStep) {
   const std::pair<TaskStep, int32_t> cases[] = {
       {TaskStep::InitializeCom, 1168}, {TaskStep::SetStartBoundary, 1193}, {TaskStep::RegisterDefinition, 1703}};
