@@ -247,19 +247,6 @@ TEST_F(BrokerAddOnMethodsLive, ResponsesBelow400WithALengthAreAccepted) {
   EXPECT_EQ(half.position, half.length / 2);
   EXPECT_EQ(half.code, 6u);
   EXPECT_FALSE(WineTest::FileExists(StoredExe()));
-}
-
-TEST_F(BrokerAddOnMethodsLive, DigestsThatCannotBeTrustedStopTheProduct) {
-  ASSERT_EQ(Fetch(L"kit/pkg-good.p7", kProduct).code, 0u);
-  ULONG ms = 0;
-  ULONG ls = 0;
-  ScopedBstr product(kProduct);
-  EXPECT_EQ(broker_->BrokerLMGetVersion(product.get(), &ms, &ls), kFailure);  // no digest.s
-  CopyFileW((Kit() + L"\\product\\LumenSample.cfg").c_str(), (ProductFolder() + L"\\LumenSample.cfg").c_str(), FALSE);
-  for (const wchar_t* digest : {L"kit/digest-lf.s", L"kit/digest-noexe.s"}) {
-    ASSERT_EQ(Fetch(digest, L"DIGEST#LumenSample").code, 0u);  // stored unchecked
-    EXPECT_EQ(broker_->BrokerLMGetVersion(product.get(), &ms, &ls), kFailure) << WineTest::Utf8(digest);
-  }
   ULONG cookie = 0xDEAD;
   EXPECT_EQ(broker_->BrokerLMOpenDownload(nullptr, &cookie), static_cast<HRESULT>(0x80070057));
 }
