@@ -8,7 +8,7 @@
 namespace SASM {
 
 struct BrokerClientOptions {
-  enum class Mode { Call, List, Help, RegistrationOnly };
+  enum class Mode { Call, List, Help, RegistrationOnly, Download };
 
   Mode mode = Mode::Call;
   std::u16string method;
@@ -16,6 +16,8 @@ struct BrokerClientOptions {
   std::u16string serverPath;  // -register HOSTPATH
   bool unregister = false;    // -unregister, after the call
   std::u16string proxyPath;   // -proxy DLL, registered for the call alone
+  std::u16string downloadUrl;   // -download URL NAME: a whole add-on download
+  std::u16string downloadName;  // stored under this name; "-" abandons it
   std::string error;          // one line when parsing failed
 
   // False with error set on an unknown switch, a switch without its argument,

@@ -82,6 +82,10 @@ void ReferenceHost::GetFeedbackServiceFileName(MString& out) { out = HostValue(u
 
 void ReferenceHost::GetDownloadSettings(MString& out, uint8_t& flag) {
   out = HostValue(u"DownloadSettings");
+  // The add-on anchor file: a relative path is the host's own folder's.
+  const std::u16string_view path = out.View();
+  const bool relative = !path.empty() && path[0] != u'\\' && path[0] != u'/' && path.find(u':') == path.npos;
+  if (relative && !directory_.empty()) out = MString(std::u16string_view(directory_ + u"\\" + std::u16string(path)));
   flag = HostFlag(u"DownloadSettingsFlag", false) ? 1 : 0;
 }
 

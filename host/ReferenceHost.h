@@ -54,6 +54,9 @@ class ReferenceHost : public HostCallbacks {
   void SetAutoUpdateChoice(int32_t mode) override { autoUpdateChoice_ = mode; }
   void StoreUpdateChoice(int32_t value) override { storedUpdateChoice_ = value; }
 
+  // The folder that a relative DownloadSettings path is read from: the host's own.
+  void SetDirectory(std::u16string directory) { directory_ = std::move(directory); }
+
   MemoryMessageLog& Log() { return log_; }
   // The log as lines of text, one per entry, through the log's own format.
   std::string FormatLog();
@@ -69,6 +72,7 @@ class ReferenceHost : public HostCallbacks {
   MemoryMessageLog log_;
   int32_t autoUpdateChoice_ = 0;
   int32_t storedUpdateChoice_ = 0;
+  std::u16string directory_;
 };
 
 }  // namespace SASM

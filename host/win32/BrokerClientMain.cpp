@@ -231,6 +231,36 @@ int Call(const BrokerMethod& method, const std::vector<std::u16string>& args) {
   return SUCCEEDED(methodResult) ? kOk : kMethodFailed;
 }
 
+// Open, read until the position reaches the length (or stops moving three times), close under the name.
+int Download(const BrokerClientOptions& options) {
+  ComPtr<ILumenBroker6> broker;
+  HRESULT result = BrokerActivation::Activate(broker);
+  if (FAILED(result)) return Fail(kUnreachable, "the broker could not be activated (" + HexResult(result) + ")");
+  BSTR url = SysAllocString(ToWide(options.downloadUrl).c_str());
+  ULONG cookie = 0;
+  result = broker->BrokerLMOpenDownload(url, &cookie);
+  SysFreeString(url);
+  std::printf("open hresult=%s lmCookie=%lu\n", HexResult(result).c_str(), cookie);
+  if (FAILED(result)) return kMethodFailed;
+  ULONG position = 0;
+  ULONG length = 0;
+  for (int stalls = 0; stalls < 3;) {
+    const ULONG before = position;
+    result = broker->BrokerLMUpdateDownload(cookie, &position, &length);
+    std::printf("progress=%lu/%lu hresult=%s\n", position, length, HexResult(result).c_str());
+    std::fflush(stdout);
+    if (FAILED(result) || position >= length) break;
+    if (position == before) ++stalls;
+  }
+  const bool abandon = options.downloadName == u"-";
+  BSTR name = abandon ? nullptr : SysAllocString(ToWide(options.downloadName).c_str());
+  ULONG code = 0;
+  result = broker->BrokerLMCloseDownload(cookie, name, &code);
+  SysFreeString(name);
+  std::printf("close hresult=%s resultCode=%lu\n", HexResult(result).c_str(), code);
+  return SUCCEEDED(result) && code == 0 ? kOk : kMethodFailed;
+}
+
 int Run(const BrokerClientOptions& options) {
   std::unique_ptr<BrokerProxyRegistration> proxy;
   if (!options.serverPath.empty()) {
@@ -245,6 +275,7 @@ int Run(const BrokerClientOptions& options) {
       return Fail(kUnreachable, "the proxy " + BrokerCallArguments::Text(options.proxyPath) + " did not register");
   }
   if (options.mode == BrokerClientOptions::Mode::RegistrationOnly) return kOk;
+  if (options.mode == BrokerClientOptions::Mode::Download) return Download(options);
 
   BrokerMethodTable table;
   HRESULT loaded = table.Load();

@@ -191,6 +191,7 @@ int wmain(int argc, wchar_t** argv) {
   {
     ReferenceHost host(options, MString{FromWide(settingsText.c_str(), settingsText.size())});
     host.resourceModule = module;
+    host.SetDirectory(FromWide(directory.c_str(), directory.size()));
     LumenBrokerShim* shim = start(&host);
     if (!shim) {
       FreeLibrary(module);

@@ -154,17 +154,6 @@ TEST_F(AddOnMethodsTest, UpdateChecksItsArgumentsAndShowsAStalledConnection) {
   EXPECT_EQ(methods_.UpdateDownload(failing, &position, &length), kFailure);
 }
 
-TEST_F(AddOnMethodsTest, CloseStoresPackageThenDigestUnderTheHostsAnchor) {
-  verifier_.trustedAnchor = "test anchor";
-  EXPECT_EQ(Fetch(kPackageUrl, u"LumenSample"), AddOnResult::kStored);
-  EXPECT_EQ(files_.files.at(kExe), "MZ sample");
-  EXPECT_EQ(Fetch(kDigestUrl, u"DIGEST#LumenSample"), AddOnResult::kStored);
-  EXPECT_EQ(files_.files.at(std::u16string(kFolder) + u"\\digest.s"), Digest("MZ sample"));
-  EXPECT_EQ(verifier_.lastAnchor, "test anchor");
-  EXPECT_EQ(http_.openRequests, 0);
-  EXPECT_EQ(cookies_.Head(), nullptr);
-}
-
 TEST_F(AddOnMethodsTest, CloseCodesForNamesAndUnfinishedDownloads) {
   verifier_.trustedAnchor = "test anchor";
   EXPECT_EQ(Fetch(kDigestUrl, u"DIGEST#Lumen.Sample"), AddOnResult::kRefused);
@@ -198,6 +187,10 @@ TEST_F(AddOnMethodsTest, LaunchAndVersionOnlyForAProductWhoseDigestHolds) {
   ASSERT_EQ(Fetch(kPackageUrl, u"LumenSample"), AddOnResult::kStored);
   EXPECT_EQ(methods_.Launch(u"LumenSample", u"-x"), kFailure);  // no digest yet
   ASSERT_EQ(Fetch(kDigestUrl, u"DIGEST#LumenSample"), AddOnResult::kStored);
+  // Both checked under the anchor the host names, every request closed and every cookie gone.
+  EXPECT_EQ(verifier_.lastAnchor, "test anchor");
+  EXPECT_EQ(http_.openRequests, 0);
+  EXPECT_EQ(cookies_.Head(), nullptr);
 
   EXPECT_EQ(methods_.Launch(u"LumenSample", u"LumenSample.exe -play"), AddOnMethods::kOk);
   EXPECT_EQ(methods_.GetVersion(u"LumenSample", &ms, &ls), AddOnMethods::kOk);

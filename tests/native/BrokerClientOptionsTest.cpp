@@ -29,6 +29,9 @@ TEST(BrokerClientOptions, ModesAndRefusals) {
       {{u"-proxy", u"p.dll"}, false, Mode::Call, "no method named"},
       {{u"-register"}, false, Mode::Call, "missing argument after -register"},
       {{u"-list", u"BrokerX"}, false, Mode::List, "-list takes no method"},
+      {{u"-proxy", u"p.dll", u"-download", u"http://a.halcyonics.example/p", u"LumenSample"}, true, Mode::Download, ""},
+      {{u"-download", u"http://a.halcyonics.example/p"}, false, Mode::Call, "missing argument after -download"},
+      {{u"-download", u"u", u"n", u"BrokerX"}, false, Mode::Call, "-download takes no method"},
   };
   for (const auto& c : kCases) {
     BrokerClientOptions options;
