@@ -13,6 +13,8 @@
 #include <memory>
 
 #include "broker/AuditedFileOpener.h"
+#include "broker/BrokerAudioMethods.h"
+#include "broker/BrokerPrefMethods.h"
 #include "broker/BrokerCookieTable.h"
 #include "broker/BrokerFileMethods.h"
 #include "broker/BrokerPathPolicy.h"
@@ -23,6 +25,8 @@
 #include "broker/win32/Win32EnterpriseProtectionPlatform.h"
 #include "broker/win32/Win32InternetMarkPlatform.h"
 #include "broker/win32/Win32PathPlatform.h"
+#include "broker/win32/Win32AudioPlatform.h"
+#include "broker/win32/Win32PrefPlatform.h"
 #include "connections/ILcdAccessor.h"
 #include "engine/win32/Advapi32DllHelper.h"
 #include "engine/win32/ComPtr.h"
@@ -255,6 +259,12 @@ class CoLumenBrokerServer : public ILumenBroker6 {
   BrokerFileMethods fileMethods_;
   DialogOwnerPolicy dialogOwners_;
   AuditedFileOpener auditedOpener_;
+  Win32PrefPlatform prefPlatform_;
+  UpdateMarking updateMarking_;
+  BrokerPrefMethods prefMethods_;
+  Win32AudioPlatform audioPlatform_;
+  // notificationClients: given back at destruction after the font link, see the destructor.
+  BrokerAudioMethods notificationClients_;
 };
 
 }  // namespace SASM

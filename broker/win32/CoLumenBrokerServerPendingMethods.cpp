@@ -4,17 +4,6 @@
 
 namespace SASM {
 
-// Preferences and small services
-HRESULT CoLumenBrokerServer::BrokerPrefGetAndDeleteLumenPlayerVersion(BSTR* p_string) { return E_NOTIMPL; }
-HRESULT CoLumenBrokerServer::BrokerPrefMarkAutoUpdaterForRun(BSTR p_xmlFromServer) { return E_NOTIMPL; }
-HRESULT CoLumenBrokerServer::BrokerPrefGetExceptionDialogSize(ULONG* p_width, ULONG* p_height) { return E_NOTIMPL; }
-HRESULT CoLumenBrokerServer::BrokerPrefSetExceptionDialogSize(ULONG p_width, ULONG p_height) { return E_NOTIMPL; }
-HRESULT CoLumenBrokerServer::BrokerDelayScreensaver() { return E_NOTIMPL; }
-HRESULT CoLumenBrokerServer::BrokerPrefGetLumenPlayerVersion(BSTR* p_string) { return E_NOTIMPL; }
-HRESULT CoLumenBrokerServer::BrokerPrefDeleteLumenPlayerVersion() { return E_NOTIMPL; }
-HRESULT CoLumenBrokerServer::BrokerGetDirectInputCount(ULONG* p_count) { return E_NOTIMPL; }
-HRESULT CoLumenBrokerServer::BrokerIsDriveAvailable(LPWSTR p_lpwRootPathName) { return E_NOTIMPL; }
-
 // Add-on products
 HRESULT CoLumenBrokerServer::BrokerLMOpenDownload(BSTR p_url, ULONG* p_lmCookie) { return E_NOTIMPL; }
 HRESULT CoLumenBrokerServer::BrokerLMUpdateDownload(ULONG p_lmCookie, ULONG* p_pos, ULONG* p_len) { return E_NOTIMPL; }
@@ -148,19 +137,5 @@ HRESULT CoLumenBrokerServer::BrokerCreateIconPathV2(BSTR p_fileName, BSTR* p_ico
 HRESULT CoLumenBrokerServer::BrokerCreateDesktopShortcut(BSTR fileName, BSTR url, BSTR iconPath, ULONG flags) {
   return E_NOTIMPL;
 }
-
-// Audio device notification
-HRESULT CoLumenBrokerServer::BrokerMMNotificationClientCreate(LONG_PTR sourceProcessHandle, LONG_PTR* lpClientCookie) {
-  return E_NOTIMPL;
-}
-HRESULT CoLumenBrokerServer::BrokerMMNotificationClientSetDefaultDeviceChangeEvent(LONG_PTR clientCookie,
-                                                                                   LONG_PTR defaultDeviceChangeEvent) {
-  return E_NOTIMPL;
-}
-HRESULT CoLumenBrokerServer::BrokerMMNotificationClientSetDeviceStateChangeEvent(LONG_PTR clientCookie,
-                                                                                 LONG_PTR deviceStateChangeEvent) {
-  return E_NOTIMPL;
-}
-HRESULT CoLumenBrokerServer::BrokerMMNotificationClientDestroy(LONG_PTR clientCookie) { return E_NOTIMPL; }
 
 }  // namespace SASM
