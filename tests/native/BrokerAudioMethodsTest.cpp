@@ -24,29 +24,17 @@ class BrokerAudioMethodsTest : public ::testing::Test {
   std::optional<BrokerAudioMethods> methods_{std::in_place, audio_};
 };
 
-TEST_F(BrokerAudioMethodsTest, TheCookieIsTheClientsAddressAndUnknownOnesAnswerOne) {
+TEST_F(BrokerAudioMethodsTest, TheCookieIsTheClientsAddressAndAnythingElseAnswersOne) {
   const BrokerAudioMethods::Cookie cookie = Create();
   EXPECT_EQ(reinterpret_cast<MMNotificationClient*>(cookie), audio_.registered.at(0));
   EXPECT_EQ(methods_->Create(kPlayerProcess, nullptr), 0);
   EXPECT_EQ(methods_->Count(), 2u);
 
-  EXPECT_EQ(methods_->SetDefaultDeviceChangeEvent(cookie + 8, kPlayerEvent), 1);
-  EXPECT_EQ(methods_->SetDeviceStateChangeEvent(0, kPlayerEvent), 1);
-  EXPECT_EQ(methods_->Destroy(cookie + 8), 1);
-  EXPECT_TRUE(audio_.openHandles.empty());
-}
-
-TEST_F(BrokerAudioMethodsTest, EventsAreSetThroughTheCookieAndANullOrForeignEventAnswersOne) {
-  const BrokerAudioMethods::Cookie cookie = Create();
   EXPECT_EQ(methods_->SetDefaultDeviceChangeEvent(cookie, kPlayerEvent), 0);
-  EXPECT_EQ(methods_->SetDeviceStateChangeEvent(cookie, kPlayerEvent), 0);
   EXPECT_EQ(methods_->SetDeviceStateChangeEvent(cookie, 0), 1);
-  audio_.deadProcess = kPlayerProcess;
-  EXPECT_EQ(methods_->SetDefaultDeviceChangeEvent(cookie, kPlayerEvent), 1);
-  EXPECT_EQ(audio_.openHandles.size(), 2u);
-
-  audio_.FireDefaultDeviceChanged(0, 0);
-  EXPECT_EQ(audio_.signalled, std::vector<AudioPlatform::Handle>{methods_->Find(cookie)->defaultDeviceChangeEvent});
+  EXPECT_EQ(methods_->SetDefaultDeviceChangeEvent(cookie + 8, kPlayerEvent), 1);
+  EXPECT_EQ(methods_->Destroy(cookie + 8), 1);
+  EXPECT_EQ(audio_.openHandles.size(), 1u);
 }
 
 TEST_F(BrokerAudioMethodsTest, DestroyReleasesOnceAndKeepsTheEntrySoASecondCallStillAnswersZero) {
@@ -61,7 +49,6 @@ TEST_F(BrokerAudioMethodsTest, DestroyReleasesOnceAndKeepsTheEntrySoASecondCallS
   EXPECT_EQ(methods_->Destroy(cookie), 0);
   EXPECT_EQ(methods_->SetDefaultDeviceChangeEvent(cookie, kPlayerEvent), 1);
   EXPECT_TRUE(audio_.openHandles.empty());
-  EXPECT_EQ(methods_->Find(cookie), nullptr);
 }
 
 TEST_F(BrokerAudioMethodsTest, TheBrokerObjectsEndReleasesTheClientsStillHeld) {
@@ -69,7 +56,6 @@ TEST_F(BrokerAudioMethodsTest, TheBrokerObjectsEndReleasesTheClientsStillHeld) {
   const BrokerAudioMethods::Cookie kept = Create();
   methods_->SetDeviceStateChangeEvent(kept, kPlayerEvent);
   methods_->Destroy(gone);
-  ASSERT_EQ(audio_.registered.size(), 1u);
   methods_.reset();
   EXPECT_TRUE(audio_.registered.empty());
   EXPECT_TRUE(audio_.openHandles.empty());
