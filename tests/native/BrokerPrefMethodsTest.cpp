@@ -38,20 +38,6 @@ class BrokerPrefMethodsTest : public ::testing::Test {
   BrokerPrefMethods methods_{registry_, platform_, marking_};
 };
 
-TEST_F(BrokerPrefMethodsTest, TheVersionIsReadWithReadRightsAndStays) {
-  std::u16string text = u"stale";
-  EXPECT_EQ(methods_.GetLumenPlayerVersion(&text), kFail);
-  EXPECT_EQ(text, u"");
-  EXPECT_EQ(methods_.GetLumenPlayerVersion(nullptr), kInvalid);
-
-  StoreVersion("28.0.0.130");
-  const size_t before = registry_.Accesses().size();
-  EXPECT_EQ(methods_.GetLumenPlayerVersion(&text), 0);
-  EXPECT_EQ(text, u"28.0.0.130");
-  EXPECT_EQ(Accesses(registry_.Accesses().begin() + before, registry_.Accesses().end()), Accesses{131097});
-  EXPECT_TRUE(VersionStored());
-}
-
 TEST_F(BrokerPrefMethodsTest, DeletingBlanksTheVersionFirstThenRemovesItAndAnswersForTheRemoval) {
   StoreVersion("28.0.0.130");
   FakeRegistry& registry = registry_;
@@ -75,9 +61,13 @@ TEST_F(BrokerPrefMethodsTest, DeletingBlanksTheVersionFirstThenRemovesItAndAnswe
   EXPECT_FALSE(bare.KeyExists(kUser, kKey));
 }
 
-TEST_F(BrokerPrefMethodsTest, GetAndDeleteIsJudgedByTheReadAloneAndAlwaysRemoves) {
+TEST_F(BrokerPrefMethodsTest, TheVersionIsReadWithReadRightsAndGetAndDeleteIsJudgedByTheReadAlone) {
   StoreVersion("28.1");
   std::u16string text;
+  const size_t masks = registry_.Accesses().size();
+  EXPECT_EQ(methods_.GetLumenPlayerVersion(&text), 0);
+  EXPECT_EQ(Accesses(registry_.Accesses().begin() + masks, registry_.Accesses().end()), Accesses{131097});
+  EXPECT_TRUE(VersionStored());
   EXPECT_EQ(methods_.GetAndDeleteLumenPlayerVersion(&text), 0);
   EXPECT_EQ(text, u"28.1");
   EXPECT_FALSE(VersionStored());
@@ -115,16 +105,6 @@ TEST_F(BrokerPrefMethodsTest, TheDialogSizeIsReadAndWrittenWidthFirst) {
   uint32_t stored = 0;
   registry_.ReadDword(kUser, kKey, BrokerPrefMethods::kHeightName, stored);
   EXPECT_EQ(stored, 600u);
-}
-
-TEST_F(BrokerPrefMethodsTest, MarkingForRunHandsTheConvertedTextToUpdateMarking) {
-  EXPECT_EQ(methods_.MarkAutoUpdaterForRun(nullptr), kInvalid);
-  EXPECT_EQ(methods_.MarkAutoUpdaterForRun(u"<update version=\"28.2\"/>"), 0);
-  std::string command;
-  registry_.ReadNarrowString(kUser, UpdateMarking::kRunOnceKey, UpdateMarking::kRunOnceName, command);
-  EXPECT_EQ(command, "C:\\Lumen\\LumenBroker.exe -update activex");
-  // Text the code page can't carry reaches the marking as no text at all.
-  EXPECT_EQ(methods_.MarkAutoUpdaterForRun(u"\u4e00"), kFail);
 }
 
 TEST_F(BrokerPrefMethodsTest, TheScreensaverIsDelayedBySettingItsTimeoutToZeroAndBack) {

