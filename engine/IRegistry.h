@@ -50,6 +50,9 @@ class IRegistry {
                             uint32_t& out, uint32_t access = RegistryAccess::kRead) = 0;
   virtual int32_t DeleteValue(RegistryHive hive, std::u16string_view path, std::u16string_view name,
                               uint32_t access = RegistryAccess::kAllAccess) = 0;
+  // Overwrites the value of an existing key as a narrow string with no data at all (not even a terminator).
+  virtual int32_t BlankValue(RegistryHive hive, std::u16string_view path, std::u16string_view name,
+                             uint32_t access) = 0;
   // The key with all its subkeys and values.
   virtual int32_t DeleteTree(RegistryHive hive, std::u16string_view path) = 0;
   virtual int32_t EnumerateSubkeys(RegistryHive hive, std::u16string_view path,

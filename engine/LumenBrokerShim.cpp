@@ -3,6 +3,8 @@
 #include <new>
 
 #include "broker/BrokerRegistration.h"
+#include "delivery/UpdateDescription.h"
+#include "delivery/UpdateMarking.h"
 #include "engine/ErrorCodes.h"
 #include "engine/HostCallbacks.h"
 #include "engine/InstallEngine.h"
@@ -218,24 +220,24 @@ bool LumenBrokerShim::AddExtraPepperFile(MString path) { return engine && engine
 
 bool LumenBrokerShim::LoadEngineLists() { return engine && engine->LoadEngineLists(); }
 
-bool LumenBrokerShim::MarkUpdateRejected() {
-  ReportNotAvailable(u"MarkUpdateRejected");
-  return false;
+bool LumenBrokerShim::MarkUpdateRejected() { return UpdateMarking(*platform_.registry).MarkUpdateRejected(); }
+
+bool LumenBrokerShim::ReadUpdateDescription(MStringList& out) {
+  return UpdateMarking(*platform_.registry).ReadUpdateDescription(out);
 }
 
-bool LumenBrokerShim::ReadUpdateDescription(MStringList&) {
-  ReportNotAvailable(u"ReadUpdateDescription");
-  return false;
+bool LumenBrokerShim::ExtractMetaBlock(MString text, MString& out) {
+  std::u16string block;
+  if (!UpdateDescription::ExtractMetaBlock(text.View(), block)) return false;
+  out = MString(std::u16string_view(block));
+  return true;
 }
 
-bool LumenBrokerShim::ExtractMetaBlock(MString, MString&) {
-  ReportNotAvailable(u"ExtractMetaBlock");
-  return false;
-}
-
-bool LumenBrokerShim::ExtractUpdateVersion(MString, MString&) {
-  ReportNotAvailable(u"ExtractUpdateVersion");
-  return false;
+bool LumenBrokerShim::ExtractUpdateVersion(MString text, MString& out) {
+  std::u16string version;
+  if (!UpdateDescription::ExtractUpdateVersion(text.View(), version)) return false;
+  out = MString(std::u16string_view(version));
+  return true;
 }
 
 bool LumenBrokerShim::FindDefaultBrowser() {

@@ -2,6 +2,8 @@
 
 #include <oleauto.h>
 
+#include <string>
+
 #include "broker/BrokerHresult.h"
 #include "broker/win32/BrokerServerLifecycle.h"
 #include "engine/WindowsFileManager.h"
@@ -15,6 +17,13 @@ constexpr CLSID kMultiLanguageClass = {0x275C23E2, 0x3747, 0x11D0, {0x9F, 0xEA, 
 constexpr IID kMultiLanguageInterface = {0x275C23E1, 0x3747, 0x11D0, {0x9F, 0xEA, 0x00, 0xAA, 0x00, 0x3F, 0x86, 0x46}};
 constexpr IID kFontLinkInterface = {0x359F3441, 0xBD4A, 0x11D0, {0xB1, 0x88, 0x00, 0xAA, 0x00, 0x38, 0xC9, 0x69}};
 
+// The updater started at logon is this process, named as the byte APIs name it.
+std::string RunningProcessFileName() {
+  char path[MAX_PATH] = {};
+  GetModuleFileNameA(nullptr, path, MAX_PATH);
+  return path;
+}
+
 }  // namespace
 
 CoLumenBrokerServer::CoLumenBrokerServer(HostCallbacks* host)
@@ -26,7 +35,10 @@ CoLumenBrokerServer::CoLumenBrokerServer(HostCallbacks* host)
       dialogOwners_(pathPlatform_, *Win32Platform().processes),
       auditedOpener_(fileMethods_, files_, protection_, policy_, cookies_, dialogOwners_, serverIdentities_),
       dialogMethods_(dialogPlatform_, files_, dialogOwners_, cookies_, protection_),
-      addOns_(cookies_, host) {
+      addOns_(cookies_, host),
+      updateMarking_(*Win32Platform().registry, &RunningProcessFileName),
+      prefMethods_(*Win32Platform().registry, prefPlatform_, updateMarking_),
+      notificationClients_(audioPlatform_) {
   cookies_.SetDeferredOpen(&DeferredFileOpener::OpenRecord, &opener_);
   policy_.SetEnableLocalAppData(WindowsFileManager(Win32Platform()).EnableLocalAppData());
   if (BrokerServerLifecycle::factory) InterlockedIncrement(&BrokerServerLifecycle::factory->objectCount);
@@ -51,6 +63,7 @@ CoLumenBrokerServer::~CoLumenBrokerServer() {
   cookies_.Clear();
   fontLink_.reset();
   multiLanguage_.reset();
+  notificationClients_.ReleaseAll();
 }
 
 HRESULT CoLumenBrokerServer::QueryInterface(REFIID riid, void** object) {

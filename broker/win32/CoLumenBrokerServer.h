@@ -13,6 +13,8 @@
 #include <memory>
 
 #include "broker/AuditedFileOpener.h"
+#include "broker/BrokerAudioMethods.h"
+#include "broker/BrokerPrefMethods.h"
 #include "broker/BrokerCookieTable.h"
 #include "broker/BrokerDialogMethods.h"
 #include "broker/BrokerFileMethods.h"
@@ -25,6 +27,8 @@
 #include "broker/win32/Win32EnterpriseProtectionPlatform.h"
 #include "broker/win32/Win32InternetMarkPlatform.h"
 #include "broker/win32/Win32PathPlatform.h"
+#include "broker/win32/Win32AudioPlatform.h"
+#include "broker/win32/Win32PrefPlatform.h"
 #include "connections/ILcdAccessor.h"
 #include "delivery/win32/Win32AddOnFamily.h"
 #include "engine/win32/Advapi32DllHelper.h"
@@ -261,6 +265,12 @@ class CoLumenBrokerServer : public ILumenBroker6 {
   Win32DialogPlatform dialogPlatform_;
   BrokerDialogMethods dialogMethods_;
   Win32AddOnFamily addOns_;
+  Win32PrefPlatform prefPlatform_;
+  UpdateMarking updateMarking_;
+  BrokerPrefMethods prefMethods_;
+  Win32AudioPlatform audioPlatform_;
+  // notificationClients: given back at destruction after the font link, see the destructor.
+  BrokerAudioMethods notificationClients_;
 };
 
 }  // namespace SASM

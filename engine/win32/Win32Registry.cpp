@@ -131,6 +131,16 @@ int32_t Win32Registry::DeleteValue(RegistryHive hive, std::u16string_view path, 
   return RegDeleteValueW(key.get(), ToWide(name).c_str());
 }
 
+int32_t Win32Registry::BlankValue(RegistryHive hive, std::u16string_view path, std::u16string_view name,
+                                  uint32_t access) {
+  ScopedRegKey key;
+  LSTATUS status = Open(hive, path, access, key);
+  if (status != ERROR_SUCCESS) return status;
+  std::string valueName;
+  for (char16_t c : name) valueName.push_back(static_cast<char>(c));
+  return RegSetValueExA(key.get(), valueName.c_str(), 0, REG_SZ, nullptr, 0);
+}
+
 LateBoundFunction& Win32Registry::DeleteKeyFunction() {
   static LateBoundFunction deleteKey(L"shlwapi.dll", "SHDeleteKeyW");
   return deleteKey;

@@ -29,6 +29,8 @@ class Win32Registry : public IRegistry {
                     uint32_t access = RegistryAccess::kRead) override;
   int32_t DeleteValue(RegistryHive hive, std::u16string_view path, std::u16string_view name,
                       uint32_t access = RegistryAccess::kAllAccess) override;
+  int32_t BlankValue(RegistryHive hive, std::u16string_view path, std::u16string_view name,
+                     uint32_t access) override;
   int32_t DeleteTree(RegistryHive hive, std::u16string_view path) override;
   int32_t EnumerateSubkeys(RegistryHive hive, std::u16string_view path, std::vector<std::u16string>& names,
                            uint32_t access = RegistryAccess::kRead) override;

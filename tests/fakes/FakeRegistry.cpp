@@ -90,6 +90,7 @@ int32_t FakeRegistry::Log(const char* operation, RegistryHive hive, std::u16stri
 
 int32_t FakeRegistry::SetValue(const char* operation, RegistryHive hive, std::u16string_view path,
                                std::u16string_view name, uint32_t access, Value value) {
+  accesses_.push_back(access);
   std::u16string id = KeyId(hive, path, access);
   Key* key = nullptr;
   int32_t result = Create(hive, path, access, key);
@@ -100,6 +101,7 @@ int32_t FakeRegistry::SetValue(const char* operation, RegistryHive hive, std::u1
 
 int32_t FakeRegistry::GetValue(RegistryHive hive, std::u16string_view path, std::u16string_view name, uint32_t access,
                                Type type, const Value*& value) {
+  accesses_.push_back(access);
   std::u16string id = KeyId(hive, path, access);
   Key* key = nullptr;
   if (int32_t result = Find(id, key)) return result;
@@ -121,8 +123,20 @@ int32_t FakeRegistry::ReadNarrowString(RegistryHive hive, std::u16string_view pa
   return kSuccess;
 }
 
+int32_t FakeRegistry::BlankValue(RegistryHive hive, std::u16string_view path, std::u16string_view name,
+                                 uint32_t access) {
+  accesses_.push_back(access);
+  std::u16string id = KeyId(hive, path, access);
+  Key* key = nullptr;
+  int32_t result = Find(id, key);
+  if (result == kSuccess) result = ValueFailure(id, name);
+  if (result == kSuccess) key->values[Upper(name)] = {Type::String, u"", 0};
+  return Log("BlankValue", hive, path, name, result);
+}
+
 int32_t FakeRegistry::DeleteValue(RegistryHive hive, std::u16string_view path, std::u16string_view name,
                                   uint32_t access) {
+  accesses_.push_back(access);
   std::u16string id = KeyId(hive, path, access);
   Key* key = nullptr;
   int32_t result = Find(id, key);

@@ -16,7 +16,8 @@ class FakeRegistry : public IRegistry {
  public:
   // One attempted change, whatever its result.
   struct Write {
-    std::string operation;  // "CreateKey", "SetString", "SetNarrowString", "SetDword", "DeleteValue", "DeleteTree"
+    std::string operation;  // "CreateKey", "SetString", "SetNarrowString", "SetDword", "BlankValue", "DeleteValue",
+                            // "DeleteTree"
     RegistryHive hive;
     std::u16string path;
     std::u16string name;
@@ -37,12 +38,15 @@ class FakeRegistry : public IRegistry {
   // "SetDword HKLM\Software\X\Name 0", one line per write, for readable expectations.
   std::vector<std::string> WriteLog() const;
   // Access masks in the order the key operations asked for them.
+  const std::vector<uint32_t>& Accesses() const { return accesses_; }
 
   int32_t OpenKey(RegistryHive hive, std::u16string_view path, uint32_t access) override {
+    accesses_.push_back(access);
     Key* key = nullptr;
     return Find(KeyId(hive, path, access), key);
   }
   int32_t CreateKey(RegistryHive hive, std::u16string_view path, uint32_t access) override {
+    accesses_.push_back(access);
     Key* key = nullptr;
     return Log("CreateKey", hive, path, u"", Create(hive, path, access, key));
   }
@@ -78,6 +82,8 @@ class FakeRegistry : public IRegistry {
   }
   int32_t DeleteValue(RegistryHive hive, std::u16string_view path, std::u16string_view name,
                       uint32_t access = RegistryAccess::kAllAccess) override;
+  int32_t BlankValue(RegistryHive hive, std::u16string_view path, std::u16string_view name,
+                     uint32_t access) override;
   int32_t DeleteTree(RegistryHive hive, std::u16string_view path) override;
   int32_t EnumerateSubkeys(RegistryHive hive, std::u16string_view path, std::vector<std::u16string>& names,
                            uint32_t access = RegistryAccess::kRead) override;
@@ -121,6 +127,7 @@ class FakeRegistry : public IRegistry {
   std::map<std::u16string, int32_t> keyFailures_;
   std::map<std::u16string, int32_t> valueFailures_;  // KeyId + "|" + upper-cased name
   std::vector<Write> writes_;
+  std::vector<uint32_t> accesses_;
 };
 
 }  // namespace SASM
