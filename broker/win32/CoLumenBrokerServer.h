@@ -61,8 +61,7 @@ class CoLumenBrokerServer : public ILumenBroker6 {
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID riid, LCID locale, WORD flags, DISPPARAMS* arguments,
                                    VARIANT* result, EXCEPINFO* exception, UINT* argumentError) override;
 
-  // ILumenBroker6, by family. A family not built yet answers E_NOTIMPL from
-  // CoLumenBrokerServerPendingMethods.cpp until its own file replaces it.
+  // ILumenBroker6, by family; each family's methods live in CoLumenBrokerServer<Family>Methods.cpp.
 
   // File operations
   HRESULT STDMETHODCALLTYPE BrokerCreateFile(BSTR pFileName, LONG p_readOnly, LONG p_truncateOnOpen,
