@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "ui/ITextCanvas.h"
 #include "ui/IWindowHost.h"
 
 namespace SASM {
@@ -25,6 +26,13 @@ class IWindowSystem {
   // The image's drawing context, or null when the resource is missing. The
   // system keeps what it loads until it is destroyed.
   virtual void* LoadSkinImage(ImageForm form, int32_t id) = 0;
+  // A text area's bitmap and fonts of the given size, compatible with the
+  // window's back buffer; null where text cannot be drawn.
+  virtual std::unique_ptr<ITextCanvas> CreateTextCanvas(void* backDC, int32_t size) {
+    (void)backDC;
+    (void)size;
+    return nullptr;
+  }
 };
 
 }  // namespace SASM

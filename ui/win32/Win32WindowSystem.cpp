@@ -4,6 +4,7 @@
 
 #include "engine/win32/ScopedLibrary.h"
 #include "ui/MWindow.h"
+#include "ui/win32/GdiTextCanvas.h"
 #include "ui/win32/Win32WindowHost.h"
 
 namespace SASM {
@@ -55,6 +56,14 @@ void* Win32WindowSystem::LoadSkinImage(ImageForm form, int32_t id) {
   if (!Win32ImageLoader::Load(module_, host_, form, id, image)) return nullptr;
   images_.push_back(image);
   return image.dc;
+}
+
+}  // namespace SASM
+
+namespace SASM {
+
+std::unique_ptr<ITextCanvas> Win32WindowSystem::CreateTextCanvas(void* backDC, int32_t size) {
+  return std::make_unique<GdiTextCanvas>(static_cast<HDC>(backDC), TextFontChoice::ForLocale(GetThreadLocale(), size));
 }
 
 }  // namespace SASM
