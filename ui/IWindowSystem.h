@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "ui/ITextCanvas.h"
+#include "ui/ITooltip.h"
 #include "ui/IWindowHost.h"
 
 namespace SASM {
@@ -31,6 +32,12 @@ class IWindowSystem {
   virtual std::unique_ptr<ITextCanvas> CreateTextCanvas(void* backDC, int32_t size) {
     (void)backDC;
     (void)size;
+    return nullptr;
+  }
+  // A topmost tip owned by parent for the native control covered; null where there are none.
+  virtual std::unique_ptr<ITooltip> CreateTooltip(void* parent, void* covered) {
+    (void)parent;
+    (void)covered;
     return nullptr;
   }
 };

@@ -77,6 +77,7 @@ class FakeWindowSystem : public IWindowSystem {
     lastCanvas = canvas.get();
     return canvas;
   }
+  std::unique_ptr<ITooltip> CreateTooltip(void* parent, void* covered) override;
 
   FakeWindowHost* lastHost = nullptr;
   bool lastMinimiseBox = false;
@@ -84,6 +85,8 @@ class FakeWindowSystem : public IWindowSystem {
   int32_t loopResult = 0;
   std::map<int32_t, void*> images;  // what LoadImage answers for a plain image id
   FakeTextCanvas* lastCanvas = nullptr;  // the text area made last
+  // What tooltips were asked, one line per call: "create", "text T", "add l,t,r,b", "delete", "move l,t,r,b".
+  std::vector<std::string> tooltipCalls;
 };
 
 }  // namespace SASM

@@ -25,6 +25,7 @@ class Win32WindowSystem : public IWindowSystem {
   void* LoadSkinImage(ImageForm form, int32_t id) override;
   // Fonts by the thread's locale.
   std::unique_ptr<ITextCanvas> CreateTextCanvas(void* backDC, int32_t size) override;
+  std::unique_ptr<ITooltip> CreateTooltip(void* parent, void* covered) override;
 
   Msimg32DllHelper::AlphaBlendFn AlphaBlendEntry() const { return msimg_.AlphaBlend(); }
   HMODULE Module() const { return module_; }
