@@ -151,6 +151,17 @@ TEST_F(MButtonTest, ACheckboxTogglesOnAClickAndLooksTheWayItIs) {
   EXPECT_EQ(box->checked, 0);
   EXPECT_EQ(box->left->sourceRect.y, 0);
 
+  // A label sharing the box's handler toggles the box.
+  MTextArea label(window, 13, true, false);
+  label.bounds = MRect::FromSize(20, 0, 100, 15);
+  label.handler = box->handler;
+  label.handlerContext = box.get();
+  window->AttachRegion(&label);
+  Mouse(MWindow::kButtonDown, 40, 5);
+  Mouse(MWindow::kButtonUp, 40, 5);
+  EXPECT_EQ(box->checked, 1);
+  label.Detach();
+
   std::unique_ptr<MCheckboxButton> ticked(MakeCheckbox(window, skin, true));
   ticked->Layout();
   EXPECT_EQ(ticked->left->sourceRect.y, 15);
