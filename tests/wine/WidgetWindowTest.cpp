@@ -116,9 +116,18 @@ TEST_F(WidgetWindowTest, MarkupTextWrapsInRealFontsAndItsLinkOpensThroughTheShim
   EXPECT_GE(lines, 5);
   auto* link = static_cast<MHTMLLink*>(area.firstChild);
   ASSERT_NE(link, nullptr);
-  EXPECT_GT(link->bounds.Width(), 20);
   EXPECT_GT(link->bounds.Height(), 10);
-  EXPECT_GT(link->bounds.left, 10);  // after "Read "
+  // The link covers exactly its run as the real font measures it, after "Read ".
+  HDC dc = CreateCompatibleDC(nullptr);
+  HFONT font = CreateFontA(16, 0, 0, 0, 400, 0, 0, 0, 1, 0, 0, 2, 2, "Arial");
+  HGDIOBJ old = SelectObject(dc, font);
+  SIZE read{}, run{};
+  GetTextExtentPoint32W(dc, L"Read ", 5, &read);
+  GetTextExtentPoint32W(dc, L"the terms", 9, &run);
+  SelectObject(dc, old);
+  DeleteObject(font);
+  DeleteDC(dc);
+  EXPECT_EQ(link->bounds, MRect::FromSize(read.cx, 0, run.cx, link->bounds.Height()));
 
   // The alpha pass left coverage where text is and nothing in the empty corner.
   DIBSECTION dib{};
