@@ -1,6 +1,8 @@
 // A full repaint of an installer-sized toolkit window (730 by 345) with the
 // module's skin: an opaque nine-slice background and 31 alpha-blended regions
-// (banner, logo, bottom bar, four buttons, check boxes, radios, progress bar).
+// (banner, logo, bottom bar, four buttons, check boxes, radios, progress bar)
+// and three mark-up text areas (a heading, a body with a link and a list, a
+// status line). Also times the layout of the three texts alone.
 // Prints the median time per frame, its share of the 16 ms tick, and the ratio
 // against a bare copy of the whole back buffer to the window measured in the
 // same run.
@@ -18,6 +20,7 @@
 #include "ui/MPlainWindow.h"
 #include "ui/MScale3Section.h"
 #include "ui/MScale9Section.h"
+#include "ui/MTextArea.h"
 #include "ui/MorphUI.h"
 #include "ui/win32/Win32WindowSystem.h"
 
@@ -32,6 +35,7 @@ struct Tree {
   std::vector<std::unique_ptr<MRegion>> regions;
   std::vector<std::unique_ptr<MScale3Data>> looks;
   MScale9Data backgroundLook;
+  std::vector<MTextArea*> texts;
   int blended = 0;
 
   void Attach(MRegion* parent, MWindow* window, MRegion* r) {
@@ -75,6 +79,28 @@ void Build(Tree& t, MWindow* w, void* skin, void* banner) {
   MScale3Section* bar = t.Three(nullptr, w, skin, 1, 0, 1, 1, 1, 68, MRect::FromSize(0, kHeight - 68, kWidth, 67));
   const int looks[] = {13, 20, 27, 6};
   for (int i = 0; i < 4; ++i) t.Three(bar, w, skin, looks[i], 77, 3, 1, 3, 33, MRect::FromSize(94 + 160 * i, 18, 140, 33));
+
+  struct Text {
+    int32_t size;
+    MRect bounds;
+    const char16_t* markup;
+  };
+  const Text texts[] = {
+      {20, MRect::FromSize(70, 20, 600, 30), u"<strong>Install Lumen Player 28.0</strong>"},
+      {13, MRect::FromSize(96, 150, 400, 45),
+       u"By installing you accept <a href=\"https://lumen.example/terms\">the licence terms</a>.<ul>"
+       u"<li>Plays every lumen</li><li>Updates itself</li></ul>"},
+      {13, MRect::FromSize(270, 250, 360, 20), u"Downloading 61 %"},
+  };
+  for (const Text& text : texts) {
+    auto* area = new MTextArea(w, text.size, true, false);
+    area->bounds = text.bounds;
+    area->SetText(MString(text.markup));
+    t.Attach(background, w, area);
+    area->Layout();
+    t.texts.push_back(area);
+    ++t.blended;
+  }
 }
 
 std::wstring ModulePath() {
@@ -113,7 +139,7 @@ int main(int argc, char** argv) {
       HWND hwnd = static_cast<HWND>(window->handle);
       UpdateWindow(hwnd);
 
-      std::vector<double> repaint, copy;
+      std::vector<double> repaint, copy, layout;
       for (int round = 0; round < rounds; ++round) {
         double start = BenchClock::Seconds();
         for (int i = 0; i < frames; ++i) {
@@ -131,6 +157,12 @@ int main(int argc, char** argv) {
         }
         GdiFlush();
         copy.push_back((BenchClock::Seconds() - start) / frames);
+
+        start = BenchClock::Seconds();
+        for (int i = 0; i < frames; ++i)
+          for (MTextArea* text : tree.texts) text->Layout();
+        GdiFlush();
+        layout.push_back((BenchClock::Seconds() - start) / frames);
       }
       const double frame = BenchClock::Median(repaint);
       const double reference = BenchClock::Median(copy);
@@ -138,6 +170,8 @@ int main(int argc, char** argv) {
                   kWidth, kHeight, tree.blended, frame * 1e3, frame * 1e3 / 16.0 * 100.0);
       std::printf("reference, back buffer copy to the window: %.3f ms; repaint / copy = %.1f\n", reference * 1e3,
                   frame / reference);
+      std::printf("layout of the %zu text areas (lines, links, alpha pass): %.3f ms\n", tree.texts.size(),
+                  BenchClock::Median(layout) * 1e3);
     }
     delete window;
     ui.window = nullptr;

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <memory>
 
+#include "ui/ITextCanvas.h"
+#include "ui/ITooltip.h"
 #include "ui/IWindowHost.h"
 
 namespace SASM {
@@ -25,6 +27,19 @@ class IWindowSystem {
   // The image's drawing context, or null when the resource is missing. The
   // system keeps what it loads until it is destroyed.
   virtual void* LoadSkinImage(ImageForm form, int32_t id) = 0;
+  // A text area's bitmap and fonts of the given size, compatible with the
+  // window's back buffer; null where text cannot be drawn.
+  virtual std::unique_ptr<ITextCanvas> CreateTextCanvas(void* backDC, int32_t size) {
+    (void)backDC;
+    (void)size;
+    return nullptr;
+  }
+  // A topmost tip owned by parent for the native control covered; null where there are none.
+  virtual std::unique_ptr<ITooltip> CreateTooltip(void* parent, void* covered) {
+    (void)parent;
+    (void)covered;
+    return nullptr;
+  }
 };
 
 }  // namespace SASM

@@ -39,6 +39,32 @@ std::unique_ptr<IWindowHost> FakeWindowSystem::CreateWindowHost(MWindow&, bool m
   return host;
 }
 
+namespace {
+
+class FakeTooltip : public ITooltip {
+ public:
+  explicit FakeTooltip(std::vector<std::string>& calls) : calls_(calls) {}
+  void* Handle() const override { return reinterpret_cast<void*>(uintptr_t{0x2000}); }
+  void SetText(const MString& text) override { calls_.push_back("text " + text.ToUtf8()); }
+  void AddTool(const MRect& r) override { calls_.push_back("add " + Edges(r)); }
+  void DeleteTool() override { calls_.push_back("delete"); }
+  void MoveTool(const MRect& r) override { calls_.push_back("move " + Edges(r)); }
+
+ private:
+  static std::string Edges(const MRect& r) {
+    return std::to_string(r.left) + "," + std::to_string(r.top) + "," + std::to_string(r.right) + "," +
+           std::to_string(r.bottom);
+  }
+  std::vector<std::string>& calls_;
+};
+
+}  // namespace
+
+std::unique_ptr<ITooltip> FakeWindowSystem::CreateTooltip(void*, void*) {
+  tooltipCalls.push_back("create");
+  return std::make_unique<FakeTooltip>(tooltipCalls);
+}
+
 void* FakeWindowSystem::LoadSkinImage(ImageForm form, int32_t id) {
   if (form != ImageForm::kPlain) return nullptr;
   auto at = images.find(id);

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/fakes/FakeTextCanvas.h"
 #include "ui/IWindowSystem.h"
 
 namespace SASM {
@@ -71,12 +72,21 @@ class FakeWindowSystem : public IWindowSystem {
   }
   int32_t RunMessageLoop(MWindow*) override { return loopResult; }
   void* LoadSkinImage(ImageForm form, int32_t id) override;
+  std::unique_ptr<ITextCanvas> CreateTextCanvas(void*, int32_t size) override {
+    auto canvas = std::make_unique<FakeTextCanvas>(size);
+    lastCanvas = canvas.get();
+    return canvas;
+  }
+  std::unique_ptr<ITooltip> CreateTooltip(void* parent, void* covered) override;
 
   FakeWindowHost* lastHost = nullptr;
   bool lastMinimiseBox = false;
   std::vector<Posted> posted;
   int32_t loopResult = 0;
   std::map<int32_t, void*> images;  // what LoadImage answers for a plain image id
+  FakeTextCanvas* lastCanvas = nullptr;  // the text area made last
+  // What tooltips were asked, one line per call: "create", "text T", "add l,t,r,b", "delete", "move l,t,r,b".
+  std::vector<std::string> tooltipCalls;
 };
 
 }  // namespace SASM

@@ -251,6 +251,11 @@ LRESULT CALLBACK Win32WindowHost::ChildProc(HWND child, UINT message, WPARAM wPa
     case WM_LBUTTONUP:
       return WindowProc(parent, message, wParam,
                         ToParent(child, parent, static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))));
+    // Never painted by itself: the region under it is drawn by the parent.
+    case WM_ERASEBKGND:
+      return 1;
+    case WM_PAINT:
+      return DefWindowProcW(child, message, wParam, lParam);
     default:
       return g_buttonProc ? CallWindowProcW(g_buttonProc, child, message, wParam, lParam)
                           : DefWindowProcW(child, message, wParam, lParam);

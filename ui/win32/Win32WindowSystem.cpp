@@ -4,6 +4,8 @@
 
 #include "engine/win32/ScopedLibrary.h"
 #include "ui/MWindow.h"
+#include "ui/win32/GdiTextCanvas.h"
+#include "ui/win32/Win32Tooltip.h"
 #include "ui/win32/Win32WindowHost.h"
 
 namespace SASM {
@@ -55,6 +57,18 @@ void* Win32WindowSystem::LoadSkinImage(ImageForm form, int32_t id) {
   if (!Win32ImageLoader::Load(module_, host_, form, id, image)) return nullptr;
   images_.push_back(image);
   return image.dc;
+}
+
+}  // namespace SASM
+
+namespace SASM {
+
+std::unique_ptr<ITextCanvas> Win32WindowSystem::CreateTextCanvas(void* backDC, int32_t size) {
+  return std::make_unique<GdiTextCanvas>(static_cast<HDC>(backDC), TextFontChoice::ForLocale(GetThreadLocale(), size));
+}
+
+std::unique_ptr<ITooltip> Win32WindowSystem::CreateTooltip(void* parent, void* covered) {
+  return Win32Tooltip::Create(static_cast<HWND>(parent), static_cast<HWND>(covered), module_);
 }
 
 }  // namespace SASM

@@ -23,6 +23,9 @@ class Win32WindowSystem : public IWindowSystem {
   void PostWindowMessage(void* handle, uint32_t message, uintptr_t wParam, intptr_t lParam) override;
   int32_t RunMessageLoop(MWindow* window) override;
   void* LoadSkinImage(ImageForm form, int32_t id) override;
+  // Fonts by the thread's locale.
+  std::unique_ptr<ITextCanvas> CreateTextCanvas(void* backDC, int32_t size) override;
+  std::unique_ptr<ITooltip> CreateTooltip(void* parent, void* covered) override;
 
   Msimg32DllHelper::AlphaBlendFn AlphaBlendEntry() const { return msimg_.AlphaBlend(); }
   HMODULE Module() const { return module_; }

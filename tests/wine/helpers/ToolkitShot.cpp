@@ -3,6 +3,7 @@
 //
 //   lumen_toolkit_shot window OUT.bmp   a window showing every skin piece in use
 //   lumen_toolkit_shot sheet OUT.bmp    the three images at full size on the window colour
+//   lumen_toolkit_shot text OUT.bmp     mark-up text with a link, a list and a cut word, and widgets
 #include "engine/win32/WindowsApi.h"
 
 #include <cstdio>
@@ -11,7 +12,13 @@
 #include <string>
 #include <vector>
 
+#include "ui/MButton.h"
+#include "ui/MCheckboxButton.h"
 #include "ui/MPlainWindow.h"
+#include "ui/MProgressBar.h"
+#include "ui/MRadioButton.h"
+#include "ui/MRadioGroup.h"
+#include "ui/MTextArea.h"
 #include "ui/MScale3Section.h"
 #include "ui/MScale9Section.h"
 #include "ui/MorphUI.h"
@@ -153,11 +160,60 @@ void BuildSheetScene(Scene& s, MWindow* w, void* skin, void* banner, void* badge
   s.Piece(nullptr, w, skin, {34, 0, 47, 120}, MRect::FromSize(720, 10, 141, 360), MRegion::kAlphaBlend);
 }
 
+// Text areas and widgets on the window colour.
+void BuildTextScene(Scene& s, MWindow* w, void* skin, MRadioGroup& group, std::vector<std::unique_ptr<MScale3Data>>& looks) {
+  auto* body = new MTextArea(w, 16, true, false);
+  body->bounds = MRect::FromSize(20, 15, 250, 190);
+  body->SetText(MString(
+      u"By installing you accept <a href=\"https://lumen.example/terms\">the licence terms</a> of Lumen Player."
+      u"<ul><li>Plays <strong>every</strong> lumen</li><li>Updates itself</li></ul>"
+      u"Averyveryverylongwordthatcannotfitonasingleline"));
+  s.regions.emplace_back(body);
+  w->AttachRegion(body);
+  body->Layout();
+
+  auto* narrow = new MTextArea(w, 13, false, true);
+  narrow->bounds = MRect::FromSize(300, 15, 160, 40);
+  narrow->format = MTextArea::kCentred;
+  narrow->SetText(MString(u"Bold plain text, centred"));
+  s.regions.emplace_back(narrow);
+  w->AttachRegion(narrow);
+  narrow->Layout();
+
+  MButton* button = MakeButton(w, skin, MString(u"INSTALL"));
+  button->bounds = MRect::FromSize(300, 70, 140, 33);
+  s.regions.emplace_back(button);
+  w->AttachRegion(button);
+  button->Layout();
+
+  MCheckboxButton* box = MakeCheckbox(w, skin, true);
+  box->bounds = MRect::FromSize(300, 115, 15, 15);
+  s.regions.emplace_back(box);
+  w->AttachRegion(box);
+  box->Layout();
+  for (int i = 0; i < 2; ++i) {
+    MRadioButton* radio = MakeRadio(w, skin, i == 0, i, &group);
+    radio->bounds = MRect::FromSize(330 + 30 * i, 115, 15, 15);
+    s.regions.emplace_back(radio);
+    w->AttachRegion(radio);
+    radio->Layout();
+  }
+  looks.push_back(std::make_unique<MScale3Data>(MScale3Data{skin, {4, 44, 4, 33}, {8, 44, 1, 33}, {9, 44, 4, 33}, 2}));
+  looks.push_back(std::make_unique<MScale3Data>(MScale3Data{skin, {2, 77, 1, 29}, {3, 77, 1, 29}, {4, 77, 2, 29}, 2}));
+  auto* bar = new MProgressBar(w, looks[0].get(), looks[1].get());
+  bar->bounds = MRect::FromSize(300, 145, 160, 33);
+  bar->value = 60;
+  s.regions.emplace_back(bar);
+  w->AttachRegion(bar);
+  bar->Layout();
+}
+
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
-  if (argc != 3 || (std::wstring(argv[1]) != L"window" && std::wstring(argv[1]) != L"sheet")) {
-    fwprintf(stderr, L"usage: lumen_toolkit_shot window|sheet OUT.bmp\n");
+  const std::wstring what = argc == 3 ? argv[1] : L"";
+  if (what != L"window" && what != L"sheet" && what != L"text") {
+    fwprintf(stderr, L"usage: lumen_toolkit_shot window|sheet|text OUT.bmp\n");
     return 2;
   }
   HMODULE module = LoadLibraryW(ModulePath().c_str());
@@ -165,8 +221,8 @@ int wmain(int argc, wchar_t** argv) {
     fwprintf(stderr, L"cannot load LumenUtil.dll beside this program\n");
     return 3;
   }
-  const bool sheet = std::wstring(argv[1]) == L"sheet";
-  const int width = sheet ? 880 : 730, height = sheet ? 530 : 345;
+  const bool sheet = what == L"sheet", text = what == L"text";
+  const int width = sheet ? 880 : text ? 480 : 730, height = sheet ? 530 : text ? 220 : 345;
   int result = 0;
   {
     MorphUI ui(nullptr, module, std::make_unique<Win32WindowSystem>(nullptr, module));
@@ -176,7 +232,14 @@ int wmain(int argc, wchar_t** argv) {
     void* banner = ui.System().LoadSkinImage(ImageForm::kPlain, 164);
     void* badge = ui.System().LoadSkinImage(ImageForm::kPlain, 162);
     Scene scene;
-    if (sheet) BuildSheetScene(scene, window, skin, banner, badge); else BuildWindowScene(scene, window, skin, banner);
+    MRadioGroup group;
+    std::vector<std::unique_ptr<MScale3Data>> looks;
+    if (sheet)
+      BuildSheetScene(scene, window, skin, banner, badge);
+    else if (text)
+      BuildTextScene(scene, window, skin, group, looks);
+    else
+      BuildWindowScene(scene, window, skin, banner);
     window->rect = {0, 0, width, height};
     window->ApplyRect(false, false);
     window->Show(true);
@@ -187,6 +250,8 @@ int wmain(int argc, wchar_t** argv) {
       fwprintf(stderr, L"cannot write %ls\n", argv[2]);
       result = 4;
     }
+    // Text areas let go of their links through the window: they go first.
+    scene.regions.clear();
     delete window;
     ui.window = nullptr;
   }
