@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "engine/win32/LateBoundFunction.h"
+#include "engine/win32/SafeByteArray.h"
 
 namespace SASM {
 
@@ -193,22 +194,10 @@ BrokerFilePlatform::ByteArray Win32BrokerFilePlatform::CreateByteArray(uint32_t 
 }
 
 bool Win32BrokerFilePlatform::DescribeByteArray(ByteArray array, ByteArrayShape& shape) {
-  auto* safeArray = static_cast<SAFEARRAY*>(array);
-  if (!safeArray) return false;
-  shape.dimensions = safeArray->cDims;
-  shape.elementSize = safeArray->cbElements;
-  // Only a dimension that exists is read.
-  shape.lowerBound = safeArray->cDims >= 1 ? safeArray->rgsabound[safeArray->cDims - 1].lLbound : 0;
-  shape.count = safeArray->cDims >= 1 ? safeArray->rgsabound[safeArray->cDims - 1].cElements : 0;
-  return true;
+  return SafeByteArray::Describe(array, shape);
 }
 
-int32_t Win32BrokerFilePlatform::AccessByteArray(ByteArray array, uint8_t*& data) {
-  void* bytes = nullptr;
-  HRESULT result = SafeArrayAccessData(static_cast<SAFEARRAY*>(array), &bytes);
-  data = static_cast<uint8_t*>(bytes);
-  return result;
-}
+int32_t Win32BrokerFilePlatform::AccessByteArray(ByteArray array, uint8_t*& data) { return SafeByteArray::Access(array, data); }
 
 void Win32BrokerFilePlatform::UnaccessByteArray(ByteArray array) { SafeArrayUnaccessData(static_cast<SAFEARRAY*>(array)); }
 

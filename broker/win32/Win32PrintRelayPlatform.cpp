@@ -3,6 +3,7 @@
 #include <oleauto.h>
 
 #include <cstring>
+#include "engine/win32/SafeByteArray.h"
 
 namespace SASM {
 namespace {
@@ -178,21 +179,10 @@ int32_t Win32PrintRelayPlatform::MapFont(GdiHandle dc, uint32_t codePages, GdiHa
 int32_t Win32PrintRelayPlatform::ReleaseFont(GdiHandle font) { return fontLink_->ReleaseFont(Font(font)); }
 
 bool Win32PrintRelayPlatform::DescribeByteArray(ByteArray array, ByteArrayShape& shape) {
-  auto* safeArray = static_cast<SAFEARRAY*>(array);
-  if (!safeArray) return false;
-  shape.dimensions = safeArray->cDims;
-  shape.elementSize = safeArray->cbElements;
-  shape.lowerBound = safeArray->cDims >= 1 ? safeArray->rgsabound[safeArray->cDims - 1].lLbound : 0;
-  shape.count = safeArray->cDims >= 1 ? safeArray->rgsabound[safeArray->cDims - 1].cElements : 0;
-  return true;
+  return SafeByteArray::Describe(array, shape);
 }
 
-int32_t Win32PrintRelayPlatform::AccessByteArray(ByteArray array, uint8_t*& data) {
-  void* bytes = nullptr;
-  HRESULT result = SafeArrayAccessData(static_cast<SAFEARRAY*>(array), &bytes);
-  data = static_cast<uint8_t*>(bytes);
-  return result;
-}
+int32_t Win32PrintRelayPlatform::AccessByteArray(ByteArray array, uint8_t*& data) { return SafeByteArray::Access(array, data); }
 
 void Win32PrintRelayPlatform::UnaccessByteArray(ByteArray array) {
   SafeArrayUnaccessData(static_cast<SAFEARRAY*>(array));

@@ -5,7 +5,6 @@
 #include "tests/native/WidgetTestWindow.h"
 #include "ui/MHTMLLink.h"
 #include "ui/MNCPLink.h"
-#include "ui/TextFontChoice.h"
 
 namespace SASM {
 namespace {
@@ -37,14 +36,6 @@ TEST_F(MTextAreaTest, StartsWithAQuarterKilobyteWideBitmapAndItsDefaults) {
   EXPECT_EQ(made->resizes, (std::vector<std::pair<int32_t, int32_t>>{{256, 128}}));
   EXPECT_EQ(area.image, made->Image());
   EXPECT_EQ(area.DrawMode(), MRegion::kAlphaBlend);
-}
-
-TEST_F(MTextAreaTest, FontsFollowTheLocaleWithTheirOwnHeights) {
-  EXPECT_EQ(std::string(TextFontChoice::ForLocale(1028, 16).face), "Mingliu");
-  EXPECT_EQ(TextFontChoice::ForLocale(1028, 16).height, 13);
-  EXPECT_EQ(TextFontChoice::ForLocale(1041, 16).height, 14);
-  EXPECT_EQ(TextFontChoice::ForLocale(2052, 16).height, 13);
-  EXPECT_EQ(TextFontChoice::ForLocale(1049, 16).height, 16);
 }
 
 TEST_F(MTextAreaTest, TheBitmapGrowsInStepsOf128AndNeverShrinks) {

@@ -10,18 +10,18 @@ constexpr BYTE kCharset = 1;
 constexpr BYTE kQuality = 2;
 constexpr BYTE kPitchAndFamily = 2;
 
-HFONT MakeFont(const TextFontChoice& font, int weight) {
-  return CreateFontA(font.height, 0, 0, 0, weight, 0, 0, 0, kCharset, 0, 0, kQuality, kPitchAndFamily, font.face);
+HFONT MakeFont(const char* face, int32_t height, int weight) {
+  return CreateFontA(height, 0, 0, 0, weight, 0, 0, 0, kCharset, 0, 0, kQuality, kPitchAndFamily, face);
 }
 
 }  // namespace
 
-GdiTextCanvas::GdiTextCanvas(HDC compatibleWith, const TextFontChoice& font) {
+GdiTextCanvas::GdiTextCanvas(HDC compatibleWith, const char* face, int32_t height) {
   dc_ = CreateCompatibleDC(compatibleWith);
   if (!dc_) return;
   SetBkMode(dc_, TRANSPARENT);
-  normalFont_ = MakeFont(font, FW_NORMAL);
-  boldFont_ = MakeFont(font, FW_BOLD);
+  normalFont_ = MakeFont(face, height, FW_NORMAL);
+  boldFont_ = MakeFont(face, height, FW_BOLD);
   if (normalFont_) originalFont_ = SelectObject(dc_, normalFont_);
 }
 

@@ -6,13 +6,13 @@
 
 #include "engine/win32/WindowsApi.h"
 #include "ui/ITextCanvas.h"
-#include "ui/TextFontChoice.h"
 
 namespace SASM {
 
 class GdiTextCanvas : public ITextCanvas {
  public:
-  GdiTextCanvas(HDC compatibleWith, const TextFontChoice& font);
+  // Both fonts of the area in this face and height.
+  GdiTextCanvas(HDC compatibleWith, const char* face, int32_t height);
   ~GdiTextCanvas() override;
   GdiTextCanvas(const GdiTextCanvas&) = delete;
   GdiTextCanvas& operator=(const GdiTextCanvas&) = delete;

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "engine/win32/ScopedLibrary.h"
+#include "ui/LocaleMetrics.h"
 #include "ui/MWindow.h"
 #include "ui/win32/GdiTextCanvas.h"
 #include "ui/win32/Win32Tooltip.h"
@@ -64,7 +65,8 @@ void* Win32WindowSystem::LoadSkinImage(ImageForm form, int32_t id) {
 namespace SASM {
 
 std::unique_ptr<ITextCanvas> Win32WindowSystem::CreateTextCanvas(void* backDC, int32_t size) {
-  return std::make_unique<GdiTextCanvas>(static_cast<HDC>(backDC), TextFontChoice::ForLocale(GetThreadLocale(), size));
+  const LocaleMetrics& metrics = LocaleMetrics::For(GetThreadLocale());
+  return std::make_unique<GdiTextCanvas>(static_cast<HDC>(backDC), metrics.fontFace, metrics.FontSize(size));
 }
 
 std::unique_ptr<ITooltip> Win32WindowSystem::CreateTooltip(void* parent, void* covered) {
