@@ -3,6 +3,7 @@
 #include <oleauto.h>
 
 #include <cstring>
+
 #include "engine/win32/SafeByteArray.h"
 
 namespace SASM {
@@ -182,7 +183,9 @@ bool Win32PrintRelayPlatform::DescribeByteArray(ByteArray array, ByteArrayShape&
   return SafeByteArray::Describe(array, shape);
 }
 
-int32_t Win32PrintRelayPlatform::AccessByteArray(ByteArray array, uint8_t*& data) { return SafeByteArray::Access(array, data); }
+int32_t Win32PrintRelayPlatform::AccessByteArray(ByteArray array, uint8_t*& data) {
+  return SafeByteArray::Access(array, data);
+}
 
 void Win32PrintRelayPlatform::UnaccessByteArray(ByteArray array) {
   SafeArrayUnaccessData(static_cast<SAFEARRAY*>(array));
