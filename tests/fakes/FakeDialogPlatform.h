@@ -1,7 +1,7 @@
 #pragma once
 // The system's dialogs as a script: each file dialog records what it was given
 // and answers the user's scripted choice or cancel; the print dialog records
-// its request and answers a device. Spec blocks and global memory are counted
+// its request and answers a device. Filter entries and global memory are counted
 // so a test can see that nothing stays allocated.
 #include <cstdint>
 #include <memory>
