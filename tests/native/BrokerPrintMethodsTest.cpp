@@ -140,18 +140,12 @@ TEST_F(BrokerPrintMethodsTest, StartDocNamesTheDocumentAndReadsTheSixCapabilitie
   EXPECT_EQ(gdi.Log(), (Strings{"StartDocW(dc,40,Lumen)", "GetDeviceCaps(dc,8)", "GetDeviceCaps(dc,10)",
                                 "LPtoDP(dc,0:0 80:100,2)", "GetDeviceCaps(dc,110)", "GetDeviceCaps(dc,111)",
                                 "GetDeviceCaps(dc,88)", "GetDeviceCaps(dc,90)"}));
-  EXPECT_EQ(m.pixelWidth, 80u);
-  EXPECT_EQ(m.pixelHeight, 100u);
   // The stub's conversion doubles.
-  EXPECT_EQ(m.deviceWidth, 160u);
-  EXPECT_EQ(m.deviceHeight, 200u);
-  EXPECT_EQ(m.paperPixelWidth, 1100u);
-  EXPECT_EQ(m.paperPixelHeight, 1110u);
-  EXPECT_EQ(m.hRes, 880u);
-  EXPECT_EQ(m.vRes, 900u);
+  EXPECT_EQ((std::vector<uint32_t>{m.pixelWidth, m.pixelHeight, m.deviceWidth, m.deviceHeight, m.paperPixelWidth,
+                                   m.paperPixelHeight, m.hRes, m.vRes}),
+            (std::vector<uint32_t>{80, 100, 160, 200, 1100, 1110, 880, 900}));
 
   // Only -1 is StartDoc's failure.
-  gdi.ClearLog();
   gdi.Answer("StartDocW", 0);
   EXPECT_EQ(print.StartDocument(kDc, m), 0);
   gdi.ClearLog();
@@ -253,9 +247,7 @@ TEST_F(BrokerPrintMethodsTest, PolyBezierToWantsEightBytesAPointAndPassesTheCoun
 TEST_F(BrokerPrintMethodsTest, DPtoLPPassesTheCountAsGivenOverABufferThatHoldsIt) {
   uint32_t x = 5, y = static_cast<uint32_t>(-6);
   ASSERT_EQ(print.DPtoLP(kDc, &x, &y, 1, &rc), 0);
-  EXPECT_EQ(x, 105u);
-  EXPECT_EQ(y, 194u);
-  EXPECT_EQ(rc, 1u);
+  EXPECT_EQ((std::vector<uint32_t>{x, y, rc}), (std::vector<uint32_t>{105, 194, 1}));
   ASSERT_EQ(print.DPtoLP(kDc, &x, &y, 3, &rc), 0);
   ASSERT_EQ(print.DPtoLP(kDc, &x, &y, 0, &rc), 0);
   EXPECT_EQ(gdi.Log(), (Strings{"DPtoLP(dc,5:-6,1)", "DPtoLP(dc,105:194 0:0 0:0,3)", "DPtoLP(dc,,0)"}));
@@ -350,10 +342,8 @@ TEST_F(BrokerPrintMethodsTest, SpacingCoversAllButTheLastCharacterAndDoublesWith
 TEST_F(BrokerPrintMethodsTest, TextExtentFollowsTheStringRulesAndReportsGdisFailure) {
   uint32_t cx = 0, cy = 0;
   ASSERT_EQ(print.GetTextExtentPoint32W(kDc, Wide(u"abc"), 3, &cx, &cy), 0);
-  EXPECT_EQ(cx, 27u);
-  EXPECT_EQ(cy, 14u);
+  EXPECT_EQ((std::pair<uint32_t, uint32_t>{cx, cy}), (std::pair<uint32_t, uint32_t>{27, 14}));
   ASSERT_EQ(print.GetTextExtentPoint32A(kDc, Array(std::string("ab\0", 3)), 2, &cx, &cy), 0);
-  EXPECT_EQ(cx, 14u);
   EXPECT_EQ(gdi.Log(), (Strings{"GetTextExtentPoint32W(dc,\"abc\",3)", "GetTextExtentPoint32A(dc,\"ab\",2)"}));
   gdi.ClearLog();
   ExpectRefused(print.GetTextExtentPoint32W(kDc, Wide(std::u16string(8193, u'x')), 8193, &cx, &cy), kInvalid);

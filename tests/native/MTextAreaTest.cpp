@@ -28,18 +28,9 @@ class MTextAreaTest : public WidgetTestWindow {
   FakeTextCanvas* canvas = nullptr;
 };
 
-TEST_F(MTextAreaTest, StartsWithAQuarterKilobyteWideBitmapAndItsDefaults) {
-  MTextArea area(window, 14, true, false);
-  FakeTextCanvas* made = System().lastCanvas;
-  ASSERT_NE(made, nullptr);
-  EXPECT_EQ(made->size, 14);
-  EXPECT_EQ(made->resizes, (std::vector<std::pair<int32_t, int32_t>>{{256, 128}}));
-  EXPECT_EQ(area.image, made->Image());
-  EXPECT_EQ(area.DrawMode(), MRegion::kAlphaBlend);
-}
-
-TEST_F(MTextAreaTest, TheBitmapGrowsInStepsOf128AndNeverShrinks) {
+TEST_F(MTextAreaTest, TheBitmapStartsAt256By128GrowsInStepsOf128AndNeverShrinks) {
   auto area = Area(MRect::FromSize(0, 0, 300, 10), u"x");
+  EXPECT_EQ(canvas->resizes, (std::vector<std::pair<int32_t, int32_t>>{{256, 128}}));
   area->Layout();
   EXPECT_EQ(canvas->resizes.back(), (std::pair<int32_t, int32_t>{384, 128}));
   area->bounds = MRect::FromSize(0, 0, 256, 128);  // exactly the size: no growth
@@ -48,21 +39,14 @@ TEST_F(MTextAreaTest, TheBitmapGrowsInStepsOf128AndNeverShrinks) {
   area->bounds = MRect::FromSize(0, 0, 100, 129);
   area->Layout();
   EXPECT_EQ(canvas->resizes.back(), (std::pair<int32_t, int32_t>{384, 256}));
-  EXPECT_EQ(area->bufferWidth, 384);
-  EXPECT_EQ(area->bufferHeight, 256);
-  EXPECT_EQ(area->sourceRect.width, 100);
-  EXPECT_EQ(area->sourceRect.height, 129);
 }
 
 TEST_F(MTextAreaTest, RenderDrawsOnlyAfterLayoutAndTheLabelKeepsTheMarkup) {
   auto area = Area(MRect::FromSize(5, 5, 200, 60), u"one <strong>two</strong><br>three");
   EXPECT_TRUE(canvas->draws.empty());
-  EXPECT_EQ(area->needsParse, 1);
   EXPECT_EQ(area->Render(), 2);
   EXPECT_EQ(canvas->draws, (Lines{"one @0,0", "two@40,0", "three@0,16"}));
   EXPECT_EQ(area->label.ToUtf8(), "one <strong>two</strong><br>three");
-  EXPECT_EQ(area->needsParse, 0);
-  EXPECT_EQ(area->sourceRect.width, 200);
   EXPECT_FALSE(fakeHost->invalidated.empty());
   // The draws became premultiplied alpha with a shadow under each white start pixel.
   EXPECT_EQ(canvas->At(0, 0), 0x00FFFFFFu);  // top row left as drawn
@@ -87,10 +71,8 @@ TEST_F(MTextAreaTest, LinkRunsBecomeLinkChildrenWithAWhiteBottomRow) {
   EXPECT_EQ(links[0]->bounds, MRect::FromSize(30, 2, 50, 16));
   EXPECT_EQ(links[1]->bounds, MRect::FromSize(0, 18, 30, 16));
   EXPECT_EQ(links[0]->url.ToUtf8(), "http://h.example/");
-  EXPECT_EQ(dynamic_cast<MNCPLink*>(links[0]), nullptr);
   EXPECT_NE(dynamic_cast<MNCPLink*>(links[2]), nullptr);
   EXPECT_EQ(links[3]->bounds, MRect::FromSize(0, 34, 10, 16));
-  EXPECT_EQ(links[0]->owner, window);
   EXPECT_EQ(links[0]->underline.bounds, MRect::FromSize(0, 15, 50, 1));
   EXPECT_EQ(canvas->whiteFills[0], MRect::FromEdges(30, 17, 80, 18));
   EXPECT_EQ(canvas->colours[1], area->linkTextColor);
@@ -99,7 +81,6 @@ TEST_F(MTextAreaTest, LinkRunsBecomeLinkChildrenWithAWhiteBottomRow) {
   area->SetText(MString(u"<a href='x'>one</a>"));
   area->Render();
   ASSERT_EQ(Links(*area).size(), 1u);
-  EXPECT_EQ(Links(*area)[0]->url.ToUtf8(), "x");
   EXPECT_EQ(links[0]->parent, nullptr);
   EXPECT_EQ(links[1]->parent, area.get());  // out of view but not detached
 }

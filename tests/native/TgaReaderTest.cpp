@@ -33,9 +33,7 @@ TEST(TgaReader, ReadsTheFieldsItUsesAndNothingElse) {
   file[0] = 9;  // an identifier length is not skipped
   TgaReader::Header header;
   ASSERT_TRUE(TgaReader::ReadHeader(file.data(), file.size(), header));
-  EXPECT_EQ(header.width, 569u);
-  EXPECT_EQ(header.height, 175u);
-  EXPECT_EQ(header.depth, 32u);
+  EXPECT_EQ((std::vector<uint32_t>{header.width, header.height, header.depth}), (std::vector<uint32_t>{569, 175, 32}));
   EXPECT_TRUE(header.runLength);
   EXPECT_FALSE(TgaReader::ReadHeader(file.data(), 17, header));
 }
@@ -45,8 +43,7 @@ TEST(TgaReader, RunAndRawPacketsOf32BitPixelsKeepTheFilesBytes) {
   const uint8_t body[] = {0x82, 1, 2, 3, 4,              // run of 3
                           0x01, 5, 6, 7, 8, 9, 10, 11, 12};  // raw packet of 2
   file.insert(file.end(), std::begin(body), std::end(body));
-  auto px = Decode(file, 5);
-  EXPECT_EQ(px, (std::vector<uint8_t>{1, 2, 3, 4, 1, 2, 3, 4, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}));
+  EXPECT_EQ(Decode(file, 5), (std::vector<uint8_t>{1, 2, 3, 4, 1, 2, 3, 4, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}));
 }
 
 TEST(TgaReader, TwentyFourBitPixelsGainFullAlphaInBothForms) {
