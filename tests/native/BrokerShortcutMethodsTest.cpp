@@ -139,7 +139,6 @@ TEST_F(BrokerShortcutMethodsTest, InternetShortcutsFailingAnyTestGetTheSameRefus
       {"not a web address", [](auto& t) { t.Sign(t.name, u"file:///C:/Windows/x.exe"); }},
       {"192 bytes of address", [](auto& t) { t.Sign(t.name, u"https://a/" + std::u16string(182, u'x')); }},
       {"icon outside the cache", [](auto& t) { t.icon = u"C:\\Users\\a\\Desktop\\Game.ico"; }},
-      {"icon of another name", [](auto& t) { t.icon = kCache + u"\\Other.ico"; }},
       {"strings of two dimensions", [](auto& t) { t.stringsShape.dimensions = 2; }},
       {"strings without the mark-up", [](auto& t) { t.strings = "<shortcut>Game</shortcut>"; }},
       {"unsigned data", [](auto& t) { t.message = "tampered"; }},

@@ -15,8 +15,6 @@ TEST(LocalizedText, EveryCaretTakesTheValueAndTheValueIsNotScannedAgain) {
             "Installation of Lumen Player 28.0 is complete");
   EXPECT_EQ(Fill(u"^ (^)^", u"x"), "x (x)x");
   EXPECT_EQ(Fill(u"Fatal error '^'.", u"a^b"), "Fatal error 'a^b'.");
-  EXPECT_EQ(Fill(u"And ^ more", u""), "And  more");
-  EXPECT_EQ(Fill(u"Done", u"x"), "Done");
 }
 
 TEST(LocalizedText, WidthIsTheLeadingNumberAndNoNumberGivesTheNarrowWindow) {
