@@ -1,6 +1,7 @@
 #include "tests/fakes/RecordingPrintRelayPlatform.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 
@@ -229,7 +230,11 @@ int32_t RecordingPrintRelayPlatform::SetWorldTransform(GdiHandle dc, const uint8
   float values[6];
   std::memcpy(values, xform, sizeof(values));
   std::string text;
-  for (int i = 0; i < 6; ++i) text += (i ? " " : "") + std::to_string(static_cast<int>(values[i]));
+  // Whole numbers as such; anything a client sends that no int holds, as a float.
+  for (int i = 0; i < 6; ++i) {
+    const bool whole = std::isfinite(values[i]) && values[i] > -2e9f && values[i] < 2e9f;
+    text += (i ? " " : "") + (whole ? std::to_string(static_cast<int>(values[i])) : std::to_string(values[i]));
+  }
   return static_cast<int32_t>(Record("SetWorldTransform", {Name(dc), text}));
 }
 
