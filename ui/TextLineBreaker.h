@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "ui/MRect.h"
 #include "ui/MTextChunk.h"
 
 namespace SASM {
@@ -14,19 +15,9 @@ namespace SASM {
 class TextLineBreaker {
  public:
   // A link's place: x, y, width, height.
-  struct Box {
-    int32_t x = 0;
-    int32_t y = 0;
-    int32_t width = 0;
-    int32_t height = 0;
-  };
+  using Box = MSourceRect;
   // A draw's rectangle: left, top, right, bottom.
-  struct Edges {
-    int32_t left = 0;
-    int32_t top = 0;
-    int32_t right = 0;
-    int32_t bottom = 0;
-  };
+  using Edges = MRect;
 
   struct Measure {
     int32_t fit = 0;                // characters that fit the width offered
