@@ -23,6 +23,8 @@ class IWindowHost {
   virtual void InvalidateRect(const MRect& rect) = 0;  // never erases
   virtual void SetTitle(const MString& title) = 0;
   virtual void Show(bool show) = 0;
+  // To the foreground and the top of the z-order, neither moved nor sized.
+  virtual void BringToFront() = 0;
   virtual void SetCursorKind(int32_t kind) = 0;
   virtual void SetCapture() = 0;
   virtual void ReleaseCapture() = 0;

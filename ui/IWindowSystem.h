@@ -34,6 +34,8 @@ class IWindowSystem {
     (void)size;
     return nullptr;
   }
+  // The locale of the calling thread; text offsets and fonts follow it.
+  virtual uint32_t ThreadLocale() { return 1033; }
   // A topmost tip owned by parent for the native control covered; null where there are none.
   virtual std::unique_ptr<ITooltip> CreateTooltip(void* parent, void* covered) {
     (void)parent;

@@ -18,7 +18,7 @@ void MorphUI::SetEventCallback(HostEventCallback cb, void* context) {
   callbackContext = context;
 }
 
-int32_t MorphUI::Notify(int32_t code, int32_t value) {
+int32_t MorphUI::Notify(int32_t code, intptr_t value) {
   if (!callback) return 0;
   return callback(this, code, value, callbackContext);
 }

@@ -12,7 +12,8 @@ class HostCallbacks;
 class MorphUI;
 class MWindow;
 
-using HostEventCallback = int32_t (*)(MorphUI* ui, int32_t code, int32_t value, void* context);
+// value carries a pointer for some codes (6: the product mask to fill).
+using HostEventCallback = int32_t (*)(MorphUI* ui, int32_t code, intptr_t value, void* context);
 
 class MorphUI {
  public:
@@ -21,7 +22,7 @@ class MorphUI {
 
   virtual void SetEventCallback(HostEventCallback callback, void* context);
   // The callback's answer, or 0 without one.
-  virtual int32_t Notify(int32_t code, int32_t value);
+  virtual int32_t Notify(int32_t code, intptr_t value);
   // Stores the window and lets it build its contents.
   virtual void SetWindow(MWindow* window);
   // Safe from any thread: the event arrives as message + 1024 with id and param.

@@ -19,6 +19,7 @@ class FakeWindowHost : public IWindowHost {
   void InvalidateRect(const MRect& rect) override { invalidated.push_back(rect); }
   void SetTitle(const MString& title) override { this->title = title.ToU16(); }
   void Show(bool show) override { shown = show; }
+  void BringToFront() override { ++broughtToFront; }
   void SetCursorKind(int32_t kind) override { cursor = kind; }
   void SetCapture() override { captured = true; }
   void ReleaseCapture() override { captured = false; }
@@ -47,6 +48,7 @@ class FakeWindowHost : public IWindowHost {
   std::vector<MRect> invalidated;
   std::u16string title;
   bool shown = false;
+  int32_t broughtToFront = 0;
   int32_t cursor = -1;
   bool captured = false;
   std::vector<int32_t> quitCodes;
@@ -78,11 +80,13 @@ class FakeWindowSystem : public IWindowSystem {
     return canvas;
   }
   std::unique_ptr<ITooltip> CreateTooltip(void* parent, void* covered) override;
+  uint32_t ThreadLocale() override { return threadLocale; }
 
   FakeWindowHost* lastHost = nullptr;
   bool lastMinimiseBox = false;
   std::vector<Posted> posted;
   int32_t loopResult = 0;
+  uint32_t threadLocale = 1033;
   std::map<int32_t, void*> images;  // what LoadImage answers for a plain image id
   FakeTextCanvas* lastCanvas = nullptr;  // the text area made last
   // What tooltips were asked, one line per call: "create", "text T", "add l,t,r,b", "delete", "move l,t,r,b".

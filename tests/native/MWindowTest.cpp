@@ -178,7 +178,7 @@ TEST_F(MWindowTest, CloseNotifiesTheHostBeforeTheQuitMessage) {
   static std::vector<std::pair<int32_t, int32_t>> notified;
   notified.clear();
   ui.SetEventCallback(
-      [](MorphUI*, int32_t code, int32_t value, void*) {
+      [](MorphUI*, int32_t code, intptr_t value, void*) {
         notified.push_back({code, value});
         return 7;
       },

@@ -299,7 +299,7 @@ TEST(ToolkitModuleUi, CreateUiShowsTheInstallerWindowAndCloseEndsTheLoopWith1039
   EXPECT_EQ(GetWindowLongW(hwnd, GWL_STYLE) & WS_MINIMIZEBOX, 0);
 
   static int notified = 0;
-  ui->SetEventCallback([](MorphUI*, int32_t code, int32_t value, void*) {
+  ui->SetEventCallback([](MorphUI*, int32_t code, intptr_t value, void*) {
     if (code == 0) notified = value;
     return 0;
   }, nullptr);

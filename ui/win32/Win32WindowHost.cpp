@@ -106,6 +106,11 @@ void Win32WindowHost::SetTitle(const MString& title) {
 
 void Win32WindowHost::Show(bool show) { ShowWindow(hwnd_, show ? SW_SHOW : SW_HIDE); }
 
+void Win32WindowHost::BringToFront() {
+  SetForegroundWindow(hwnd_);
+  SetWindowPos(hwnd_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+}
+
 void Win32WindowHost::SetCursorKind(int32_t kind) {
   SetCursor(LoadCursorW(nullptr, MAKEINTRESOURCEW(kind == 1 ? 32649 : 32512)));
 }

@@ -25,6 +25,7 @@ class Win32WindowHost : public IWindowHost {
   void InvalidateRect(const MRect& rect) override;
   void SetTitle(const MString& title) override;
   void Show(bool show) override;
+  void BringToFront() override;
   void SetCursorKind(int32_t kind) override;
   void SetCapture() override;
   void ReleaseCapture() override;

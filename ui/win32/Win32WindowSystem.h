@@ -26,6 +26,7 @@ class Win32WindowSystem : public IWindowSystem {
   // Fonts by the thread's locale.
   std::unique_ptr<ITextCanvas> CreateTextCanvas(void* backDC, int32_t size) override;
   std::unique_ptr<ITooltip> CreateTooltip(void* parent, void* covered) override;
+  uint32_t ThreadLocale() override { return GetThreadLocale(); }
 
   Msimg32DllHelper::AlphaBlendFn AlphaBlendEntry() const { return msimg_.AlphaBlend(); }
   HMODULE Module() const { return module_; }
