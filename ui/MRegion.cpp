@@ -6,7 +6,13 @@
 
 namespace SASM {
 
-MRegion::~MRegion() = default;
+MRegion::ReleaseAccessibleFn MRegion::releaseAccessible = nullptr;
+
+MRegion::~MRegion() {
+  // Clients may hold the accessible object longer than this region lives.
+  // owner is not read here: a window may be deleted before its regions.
+  if (accProxy && releaseAccessible) releaseAccessible(*this);
+}
 
 void MRegion::AppendTo(MRegion*& head, MRegion* region) {
   if (!head) {

@@ -24,6 +24,11 @@ class MRegion : public MLink {
   static constexpr uint8_t kNativeWindow = 64;
   enum DrawMode : uint8_t { kSolidFill = 0, kOpaqueStretch = 1, kAlphaBlend = 2, kNoDraw = 3 };
 
+  // Ends the tie between a region that is going and its accessible object;
+  // set by the platform that makes those objects.
+  using ReleaseAccessibleFn = void (*)(MRegion& region);
+  static ReleaseAccessibleFn releaseAccessible;
+
   virtual ~MRegion();
   virtual void Layout() {}
 

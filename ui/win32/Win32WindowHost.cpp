@@ -3,6 +3,8 @@
 #include "ui/MRegion.h"
 #include "ui/MWindow.h"
 #include "ui/win32/GdiDrawSurface.h"
+#include "ui/win32/MAccProxyObject.h"
+#include "ui/win32/OleAccDllHelper.h"
 #include "ui/win32/WindowCreationDllHelper.h"
 #include "ui/win32/Win32WindowSystem.h"
 
@@ -16,6 +18,50 @@ constexpr LRESULT kWantTab = DLGC_WANTTAB;
 
 // The button class's own procedure, which native children fall back to.
 WNDPROC g_buttonProc = nullptr;
+
+// The same for every window system of the process: a global atom of one name.
+ATOM g_accessibleAtom = 0;
+
+LPCWSTR AccessibleProperty() { return MAKEINTATOM(g_accessibleAtom); }
+
+MAccProxyObject* AccessibleOf(HWND child) {
+  return g_accessibleAtom ? static_cast<MAccProxyObject*>(GetPropW(child, AccessibleProperty())) : nullptr;
+}
+
+LRESULT AnswerGetObject(HWND child, WPARAM wParam, LPARAM lParam) {
+  MAccProxyObject* proxy = AccessibleOf(child);
+  if (!proxy) return DefWindowProcW(child, WM_GETOBJECT, wParam, lParam);
+  // Kept for the process: the marshalled object's clients call back through it.
+  static const OleAccDllHelper oleAcc;
+  auto lresultFromObject = oleAcc.LresultFromObject();
+  if (!lresultFromObject) return 0;
+  return lresultFromObject(__uuidof(IAccessible), wParam, static_cast<IAccessible*>(proxy));
+}
+
+// The child is going: clients that still hold its object get no more answers
+// from the region, and the region's own reference goes.
+void DisconnectAccessible(HWND child) {
+  MAccProxyObject* proxy = AccessibleOf(child);
+  if (!proxy) return;
+  RemovePropW(child, AccessibleProperty());
+  if (MRegion* region = proxy->region) {
+    if (region->accProxy == proxy) region->accProxy = nullptr;
+  }
+  proxy->Disconnect();
+}
+
+// The region is going before its child: the child keeps neither the object
+// nor the region.
+void ReleaseAccessible(MRegion& region) {
+  MAccProxyObject* proxy = region.accProxy;
+  region.accProxy = nullptr;
+  HWND child = static_cast<HWND>(region.nativeWindow);
+  if (child && IsWindow(child) && AccessibleOf(child) == proxy) {
+    RemovePropW(child, AccessibleProperty());
+    SetWindowLongPtrW(child, GWLP_USERDATA, 0);
+  }
+  proxy->Disconnect();
+}
 
 bool ShiftDown() { return GetKeyState(VK_SHIFT) < 0; }
 
@@ -128,6 +174,14 @@ void* Win32WindowHost::CreateNativeChild(MRegion& region, const MRect& absolute)
                                nullptr);
   if (!child) return nullptr;
   SetWindowLongPtrW(child, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&region));
+  g_accessibleAtom = system_.AccessibleAtom();
+  MRegion::releaseAccessible = &ReleaseAccessible;
+  if (g_accessibleAtom) {
+    auto* proxy = new MAccProxyObject(&region);
+    proxy->AddRef();
+    region.accProxy = proxy;
+    SetPropW(child, AccessibleProperty(), proxy);
+  }
   auto previous = reinterpret_cast<WNDPROC>(
       SetWindowLongPtrW(child, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Win32WindowHost::ChildProc)));
   if (!g_buttonProc) g_buttonProc = previous;
@@ -235,8 +289,11 @@ LRESULT CALLBACK Win32WindowHost::WindowProc(HWND hwnd, UINT message, WPARAM wPa
 LRESULT CALLBACK Win32WindowHost::ChildProc(HWND child, UINT message, WPARAM wParam, LPARAM lParam) {
   HWND parent = GetParent(child);
   if (message >= WM_USER) return WindowProc(parent, message, wParam, lParam);
+  if (message == WM_NCDESTROY) DisconnectAccessible(child);
   const bool press = wParam == VK_RETURN || wParam == VK_SPACE;
   switch (message) {
+    case WM_GETOBJECT:
+      return AnswerGetObject(child, wParam, lParam);
     case WM_GETDLGCODE:
       return kWantTab;
     case WM_KEYDOWN:

@@ -11,9 +11,11 @@
 
 namespace SASM {
 
-Win32WindowSystem::Win32WindowSystem(HostCallbacks* host, HMODULE module) : host_(host), module_(module) {}
+Win32WindowSystem::Win32WindowSystem(HostCallbacks* host, HMODULE module)
+    : host_(host), module_(module), accessibleAtom_(GlobalAddAtomW(kAccessibleProperty)) {}
 
 Win32WindowSystem::~Win32WindowSystem() {
+  if (accessibleAtom_) GlobalDeleteAtom(accessibleAtom_);
   for (auto& image : images_) Win32ImageLoader::Free(image);
 }
 

@@ -15,6 +15,9 @@ class HostCallbacks;
 
 class Win32WindowSystem : public IWindowSystem {
  public:
+  // The property of a native child that holds its accessible object.
+  static constexpr wchar_t kAccessibleProperty[] = L"ACC_PROP";
+
   // module is where the window class and images belong.
   Win32WindowSystem(HostCallbacks* host, HMODULE module);
   ~Win32WindowSystem() override;
@@ -30,10 +33,12 @@ class Win32WindowSystem : public IWindowSystem {
 
   Msimg32DllHelper::AlphaBlendFn AlphaBlendEntry() const { return msimg_.AlphaBlend(); }
   HMODULE Module() const { return module_; }
+  ATOM AccessibleAtom() const { return accessibleAtom_; }
 
  private:
   HostCallbacks* host_;
   HMODULE module_;
+  ATOM accessibleAtom_;
   Msimg32DllHelper msimg_;
   std::vector<Win32ImageLoader::Image> images_;
 };
