@@ -31,7 +31,8 @@ class IWindowHost {
   virtual void PostQuit(int32_t code) = 0;
   virtual void StartTimer(uint32_t periodMilliseconds) = 0;
 
-  // Native children, one per region that asks for one.
+  // Native children, one per region that asks for one. A platform with
+  // accessibility gives each child its region's accessible object.
   virtual void* CreateNativeChild(MRegion& region, const MRect& absolute) = 0;
   virtual void DestroyNativeChild(void* child) = 0;
   virtual void ShowNativeChild(void* child, bool show) = 0;
