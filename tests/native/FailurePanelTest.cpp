@@ -36,18 +36,19 @@ TEST_F(FailurePanelTest, ShowsTheLastSeriousEntryAndOnlyQuit) {
   EXPECT_EQ(native->quitCodes, (std::vector<int32_t>{-1}));
 }
 
-TEST_F(FailurePanelTest, UninstallerCodesChangeHeaderAndTitle) {
-  host.log.Add(2, 1047, MString(u"detail"));
-  ShowError();
-  EXPECT_EQ(Text(Panel().headerText), "<75>");
-  EXPECT_EQ(native->title, u"<30>");
-}
-
-TEST_F(FailurePanelTest, InstallerCodesChangeTheHeaderOnly) {
-  host.log.Add(2, 1040, MString(u"detail"));
-  ShowError();
-  EXPECT_EQ(Text(Panel().headerText), "<76>");
-  EXPECT_EQ(native->title, u"<29>");
+TEST_F(FailurePanelTest, UninstallerCodesChangeHeaderAndTitleInstallerCodesOnlyTheHeader) {
+  const struct {
+    int32_t code;
+    const char* header;
+    const char16_t* title;  // empty: left as it was
+  } cases[] = {{1047, "<75>", u"<30>"}, {1048, "<75>", u"<30>"}, {1040, "<76>", u""}, {1044, "<76>", u""}};
+  for (const auto& c : cases) {
+    host.log.Add(2, c.code, MString(u"detail"));
+    native->title.clear();
+    ShowError();
+    EXPECT_EQ(Text(Panel().headerText), c.header) << c.code;
+    EXPECT_EQ(native->title, c.title) << c.code;
+  }
 }
 
 TEST_F(FailurePanelTest, WithoutASeriousEntryTheFirstIsShown) {

@@ -53,7 +53,7 @@ MUIPanelConflicts::offendingApp::~offendingApp() {
 
 void MUIPanelConflicts::offendingApp::SetName(const MString& name) {
   nameText->SetText(name);
-  const int32_t clientWidth = installerWindow->rect.Width();
+  const int32_t clientWidth = installerWindow->rect.right;  // the window's rectangle holds its width there
   const int32_t rowHeight = bounds.Height();
   nameText->bounds = MRect::FromSize(18, 2, clientWidth - bounds.left - 20, rowHeight - 4);
   icon->bounds = MRect::FromSize(2, (rowHeight - 11) >> 1, 13, 13);
@@ -171,7 +171,8 @@ bool MUIPanelConflicts::HandleEvent(int32_t id, int32_t message, intptr_t) {
       window.ShowPanel(window.progressPanel);
       return true;
     }
-    window.targetRect = MRect::FromSize(0, 0, window.targetRect.Width(), MInstallerWindow::kWindowHeight);
+    // The window's rectangles hold their width and height in right and bottom.
+    window.targetRect = MRect{0, 0, window.targetRect.right, MInstallerWindow::kWindowHeight};
     if (window.rightButton) window.rightButton->SetVisible(false);
     Resize();
     return true;

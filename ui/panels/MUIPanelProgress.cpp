@@ -141,7 +141,7 @@ void MUIPanelProgress::Resize() {
   Place(logo, MRect::FromSize(bounds.left + 10, 1, 47, 71));
   if (choiceShown) {
     MInstallerWindow& window = *installerWindow;
-    window.targetRect = MRect::FromSize(0, 0, window.rect.Width(), (lineCount + 22) * 15);
+    window.targetRect = MRect{0, 0, window.rect.right, (lineCount + 22) * 15};
   }
 }
 
@@ -256,7 +256,8 @@ bool MUIPanelProgress::HandleEvent(int32_t id, int32_t message, intptr_t) {
       window.SetButtonLabel(window.rightButton, window.String(kDoneString));
       window.SetButtonEnabled(window.rightButton, false);
     }
-    window.targetRect = MRect::FromSize(0, 0, window.targetRect.Width(), MInstallerWindow::kWindowHeight);
+    // The window's rectangles hold their width and height in right and bottom.
+    window.targetRect = MRect{0, 0, window.targetRect.right, MInstallerWindow::kWindowHeight};
     Resize();
     return true;
   }
