@@ -4,6 +4,7 @@
 
 #include "tests/native/InstallerWindowFixture.h"
 #include "ui/MCheckboxButton.h"
+#include "ui/MScale9Section.h"
 #include "ui/MTooltipArea.h"
 #include "ui/panels/MUIPanelProgress.h"
 #include "ui/panels/MUIPanelUninstallerSplash.h"
@@ -111,6 +112,17 @@ TEST_F(InstallerSplashTest, InstallArmsTheBarUpwardsAndLeavesTheSplashBare) {
   EXPECT_TRUE(window->rightButton->visible);  // no delay asked for
   // A late resize of the bare splash touches nothing.
   s->HandleEvent(2, 2, 0);
+}
+
+TEST_F(InstallerSplashTest, AFocusedLicenceBoxTakesItsRingAlongWhenTheSplashEmpties) {
+  MUIPanelInstallerSplash* s = Splash();
+  window->SetFocusRegion(s->licenseCheckbox, true);
+  ASSERT_TRUE(window->focusRing->visible);
+  Click(101);
+  EXPECT_EQ(window->focusRegion, nullptr);
+  window->ApplyRect(false, true);  // a resize must not reach for the freed box
+  EXPECT_FALSE(window->focusRing->visible);
+  EXPECT_FALSE(window->ringVisible);
 }
 
 TEST_F(InstallerSplashTest, AutoExitDelayIsCountedInTicksOf16) {
