@@ -40,6 +40,16 @@ bool FlowDriver::ShotTaken() const {
   return shotsDirectory_.empty() || !Visible() || shotStage_ == flow_.Stage();
 }
 
+void FlowDriver::Watch() {
+  if (!announced_ && Visible()) {
+    announced_ = true;
+    RECT client{};
+    GetClientRect(window_, &client);
+    flow_.Say("window shown " + std::to_string(client.right) + "x" + std::to_string(client.bottom));
+  }
+  Shoot();
+}
+
 void FlowDriver::Shoot() {
   if (shotsDirectory_.empty()) return;
   const std::string stage = flow_.Stage();
@@ -59,7 +69,7 @@ void FlowDriver::Shoot() {
 
 FlowDriver::Wait FlowDriver::Until(const std::function<bool()>& condition) {
   for (;;) {
-    Shoot();
+    Watch();
     if (condition()) return Wait::kMet;
     if (flow_.Ended() || !IsWindow(window_)) return Wait::kEnded;
     if (PastDeadline()) return Wait::kTimedOut;
@@ -70,7 +80,7 @@ FlowDriver::Wait FlowDriver::Until(const std::function<bool()>& condition) {
 bool FlowDriver::Pause(uint32_t milliseconds) {
   const uint64_t until = GetTickCount64() + milliseconds;
   while (GetTickCount64() < until) {
-    Shoot();
+    Watch();
     if (PastDeadline()) return false;
     Sleep(kPollMs);
   }

@@ -35,6 +35,8 @@ class FlowDriver {
   // The native child of a control: visible, or absent (then the window alone decides).
   bool ControlShown(int32_t controlId) const;
   void Click(const FlowScript::Step& step);
+  // Says once that the window is shown, and at what size; then Shoot.
+  void Watch();
   // A picture of a stage that has held still for a moment, once per stage.
   void Shoot();
   bool ShotTaken() const;
@@ -48,6 +50,7 @@ class FlowDriver {
   std::string seenStage_;
   uint64_t seenSince_ = 0;
   int shots_ = 0;
+  bool announced_ = false;
 };
 
 }  // namespace SASM

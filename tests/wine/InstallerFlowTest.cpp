@@ -1,0 +1,212 @@
+// The reference host's installer windows, clicked through by its unattended
+// run: the real window, the real registry written inside Notify, real
+// conflicting processes. The host prints each Notify call and each click.
+#include "engine/win32/WindowsApi.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "engine/win32/ScopedHandle.h"
+#include "engine/win32/WideText.h"
+#include "tests/wine/HelperProcess.h"
+#include "tests/wine/WineTestSupport.h"
+
+using namespace SASM;
+
+namespace {
+
+const std::wstring kPluginProduct = std::wstring(WineTest::ProductKeys::kProduct) + L"Plugin";
+
+// LumenUtilHost.exe started with a settings text of the test's own, its output in a file.
+class HostRun {
+ public:
+  HostRun(const std::wstring& directory, const std::string& settings, const std::wstring& switches) {
+    static int runs = 0;
+    const std::wstring stem = directory + L"run" + std::to_wstring(++runs);
+    settingsPath_ = stem + L".settings";
+    outputPath_ = stem + L".out";
+    Write(settingsPath_, settings);
+    SECURITY_ATTRIBUTES inherit{sizeof(inherit), nullptr, TRUE};
+    ScopedHandle out(CreateFileW(outputPath_.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherit,
+                                 CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    std::wstring line = L"\"" + WineTest::BinaryDirectory() + L"\\LumenUtilHost.exe\" -settings \"" + settingsPath_ +
+                        L"\" " + switches;
+    STARTUPINFOW startup{};
+    startup.cb = sizeof(startup);
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdOutput = out.get();
+    startup.hStdError = out.get();
+    PROCESS_INFORMATION info{};
+    if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &info)) {
+      process_.reset(info.hProcess);
+      CloseHandle(info.hThread);
+    }
+  }
+  ~HostRun() {
+    if (process_ && WaitForSingleObject(process_.get(), 0) != WAIT_OBJECT_0) TerminateProcess(process_.get(), 99);
+    DeleteFileW(settingsPath_.c_str());
+    DeleteFileW(outputPath_.c_str());
+  }
+
+  bool Started() const { return process_.valid(); }
+  // The exit code, or 0xDEAD when the host is still running after the wait.
+  DWORD Wait(DWORD milliseconds = 60000) {
+    DWORD code = 0xDEAD;
+    if (WaitForSingleObject(process_.get(), milliseconds) == WAIT_OBJECT_0) GetExitCodeProcess(process_.get(), &code);
+    return code;
+  }
+  std::string Output() const { return WineTest::ReadAll(outputPath_); }
+  size_t Count(const std::string& text) const {
+    std::string all = Output();
+    size_t n = 0;
+    for (size_t at = all.find(text); at != std::string::npos; at = all.find(text, at + 1)) ++n;
+    return n;
+  }
+  // Whether the texts occur in this order.
+  bool InOrder(std::initializer_list<const char*> texts) const {
+    std::string all = Output();
+    size_t at = 0;
+    for (const char* text : texts) {
+      at = all.find(text, at);
+      if (at == std::string::npos) return false;
+      at += std::string(text).size();
+    }
+    return true;
+  }
+  // Polls the output until it holds text count times.
+  bool WaitFor(const std::string& text, size_t count, DWORD milliseconds = 30000) {
+    for (DWORD waited = 0; waited < milliseconds; waited += 50) {
+      if (Count(text) >= count) return true;
+      if (WaitForSingleObject(process_.get(), 50) == WAIT_OBJECT_0) return Count(text) >= count;
+    }
+    return false;
+  }
+
+ private:
+  static void Write(const std::wstring& path, const std::string& text) {
+    ScopedHandle file(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    DWORD written = 0;
+    WriteFile(file.get(), text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+  }
+
+  std::wstring settingsPath_;
+  std::wstring outputPath_;
+  ScopedHandle process_;
+};
+
+class InstallerFlowTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    WineTest::ForgetProductRegistration();
+    directory_ = WineTest::TestDirectory(L"InstallerFlow\\");
+    tree_.Directory(directory_);
+    player_ = directory_ + L"NPLumen-" + std::to_wstring(GetCurrentProcessId()) + L".dll";
+    uninstaller_ = directory_ + L"LumenUtil_Plugin.exe";
+    ASSERT_TRUE(tree_.Copy(WineTest::BinaryDirectory() + L"\\lumen_test_control.dll", player_));
+    ASSERT_TRUE(tree_.Copy(WineTest::HelperProcess::BuiltPath(), uninstaller_));
+  }
+  void TearDown() override { WineTest::ForgetProductRegistration(); }
+
+  std::wstring Paths() const { return L"-player \"" + player_ + L"\" -uninstaller \"" + uninstaller_ + L"\""; }
+
+  WineTest::TempTree tree_;
+  std::wstring directory_;
+  std::wstring player_;
+  std::wstring uninstaller_;
+};
+
+constexpr char kAutoExit[] = "AutoExitDelay 200;\n";
+
+TEST_F(InstallerFlowTest, InstallIsRefusedUntilTheLicenceIsTickedThenRegistersInsideNotifyAndEndsByItself) {
+  HostRun run(directory_, kAutoExit, L"-install -npapi " + Paths() + L" -auto -timeout 40000");
+  ASSERT_TRUE(run.Started());
+  EXPECT_EQ(run.Wait(), 0u) << run.Output();
+  EXPECT_TRUE(run.InOrder({"PostEvent 3 6 0", "window shown 450x345", "auto: right", "auto: tick", "auto: right",
+                           "Notify 6: product mask 16", "NotifyConflictsCleared 0", "Notify 2:",
+                           "RegisterProduct 16: true", "Notify 0: exit code 0"}))
+      << run.Output();
+  // The refused click changed nothing: the conflict check came only after the tick.
+  EXPECT_TRUE(run.InOrder({"auto: tick", "Notify 6"})) << run.Output();
+  EXPECT_EQ(run.Count("Notify 6"), 1u) << "no conflict, so no poll";
+  EXPECT_TRUE(WineTest::KeyExists(kPluginProduct));
+  EXPECT_TRUE(WineTest::KeyExists(WineTest::ProductKeys::kPlugin));
+}
+
+TEST_F(InstallerFlowTest, AConflictingProgramHoldsTheInstallUntilItEnds) {
+  const std::wstring probe = directory_ + L"lumenflowprobe.exe";
+  ASSERT_TRUE(tree_.Copy(WineTest::HelperProcess::BuiltPath(), probe));
+  auto running = std::make_unique<WineTest::HelperProcess>();
+  ASSERT_TRUE(running->Run(probe));
+  // Install source 8 looks at a kind that is not installed yet, which an optional check would skip.
+  HostRun run(directory_,
+              std::string(kAutoExit) + "PluginConflicts { lumenflowprobe \"Flow Probe\"; };\n"
+                                       "Host { ConflictCheckIsOptional 1; };\n",
+              L"-install -npapi -source 8 " + Paths() + L" -auto -timeout 60000");
+  ASSERT_TRUE(run.Started());
+  // Shown, then polled at least twice with the program still there.
+  ASSERT_TRUE(run.WaitFor("Notify 6", 3)) << run.Output();
+  EXPECT_EQ(run.Count("NotifyConflictsCleared"), 0u) << run.Output();
+  EXPECT_EQ(run.Count("Notify 2"), 0u);
+  HWND window = FindWindowW(L"CorvaLumenPlayerInstaller", nullptr);
+  ASSERT_NE(window, nullptr);
+  EXPECT_TRUE(IsWindowVisible(window));
+  HWND install = GetDlgItem(window, 101);
+  EXPECT_TRUE(install && !IsWindowVisible(install)) << "the right button is hidden while programs are in the way";
+  running.reset();
+  EXPECT_EQ(run.Wait(), 0u) << run.Output();
+  EXPECT_TRUE(run.InOrder({"Notify 6", "Notify 6", "NotifyConflictsCleared 0", "Notify 2:", "RegisterProduct 16: true",
+                           "Notify 0: exit code 0"}))
+      << run.Output();
+}
+
+TEST_F(InstallerFlowTest, ARegistrationErrorIsShownOnTheFailurePanelAndQuitEndsWithMinusOne) {
+  // A control that is not there cannot register itself.
+  const std::wstring missing = directory_ + L"LumenCtrl-missing.ocx";
+  HostRun run(directory_, kAutoExit,
+              L"-install -activex -player \"" + missing + L"\" -uninstaller \"" + uninstaller_ +
+                  L"\" -auto tick,right,await=failure,left -timeout 40000");
+  ASSERT_TRUE(run.Started());
+  EXPECT_EQ(run.Wait(), 0xFFFFFFFFu) << run.Output();
+  EXPECT_TRUE(run.InOrder({"Notify 2:", "RegisterProduct 8: false", "PostEvent 4 8 0", "auto: left",
+                           "Notify 0: exit code -1"}))
+      << run.Output();
+  EXPECT_FALSE(WineTest::KeyExists(std::wstring(WineTest::ProductKeys::kProduct) + L"ActiveX"));
+}
+
+TEST_F(InstallerFlowTest, UninstallFromTheMaintenancePanelSkipsTheConflictsAndRemovesTheKeysInsideNotify) {
+  {
+    WineTest::HostedShim hosted;
+    ASSERT_TRUE(hosted.shim->RegisterProduct(16, MString(std::u16string_view(FromWide(player_.c_str()))),
+                                             MString(std::u16string_view(FromWide(uninstaller_.c_str()))), MString(),
+                                             0));
+  }
+  ASSERT_TRUE(WineTest::KeyExists(kPluginProduct));
+  // OS class 3 leaves the system directory's files alone.
+  HostRun run(directory_, "Host { OsClass 3; UpdateService LumenFlowUpdate.exe; FeedbackService LumenFlowFeedback.exe; };",
+              L"-maintain -npapi -directory \"" + directory_ + L"\" -auto -timeout 40000");
+  ASSERT_TRUE(run.Started());
+  EXPECT_EQ(run.Wait(), 0u) << run.Output();
+  EXPECT_TRUE(run.InOrder({"PostEvent 3 6 1", "PostEvent 3 6 2", "window shown", "auto: uninstall", "BeginRemoval 0",
+                           "Notify 3:", "RemoveProductKind 16:", "auto: done", "Notify 0: exit code 0"}))
+      << run.Output();
+  EXPECT_EQ(run.Count("Notify 6"), 0u) << "no conflict check from the maintenance panel";
+  EXPECT_FALSE(WineTest::KeyExists(kPluginProduct));
+  EXPECT_FALSE(WineTest::KeyExists(WineTest::ProductKeys::kPlugin));
+}
+
+TEST_F(InstallerFlowTest, InstallSource12RunsTheUpdateHiddenWithChoiceZero) {
+  HostRun run(directory_, "Host { UpdateMessage \"A newer player\"; AutoUpdateMode 2; };",
+              L"-update -npapi -source 12 -auto -timeout 20000");
+  ASSERT_TRUE(run.Started());
+  EXPECT_EQ(run.Wait(), 0u) << run.Output();
+  EXPECT_TRUE(run.InOrder({"PostEvent 3 6 3", "SetAutoUpdateChoice 0", "Notify 4: the update is asked for",
+                           "Notify 0: exit code 0"}))
+      << run.Output();
+  EXPECT_EQ(run.Count("window shown"), 0u) << run.Output();
+  EXPECT_EQ(run.Count("SetAutoUpdateChoice 2"), 0u) << "source 12 forces the choice";
+}
+
+}  // namespace
