@@ -48,8 +48,9 @@ TEST(InstallerFlow, EachModeOpensItsPanelAndMaintenanceComesAfterTheSplashThatSh
   EXPECT_EQ(update.flow->Stage(), "auto-update");
 }
 
-TEST(InstallerFlow, TheProductMaskComesFromTheCommandLineElseTheSettingsAndTheSplashMovesOnToConflicts) {
-  FlowWorld fromSettings({u"-install"}, u"Host { Flags 33800; };");
+TEST(InstallerFlow, TheMaskAndSourceComeFromTheCommandLineElseTheSettingsAndTheSplashMovesOnToConflicts) {
+  FlowWorld fromSettings({u"-install"}, u"Host { Flags 33800; InstallSource 12; };");
+  EXPECT_EQ(fromSettings.world.host->GetInstallSource(), 12u);
   uint32_t mask = 77;
   fromSettings.flow->OnNotify(6, reinterpret_cast<intptr_t>(&mask));
   EXPECT_EQ(mask, 8u | 32768u) << "only the kinds of 33800";
@@ -57,9 +58,10 @@ TEST(InstallerFlow, TheProductMaskComesFromTheCommandLineElseTheSettingsAndTheSp
   EXPECT_TRUE(fromSettings.Printed("Notify 6: product mask 32776"));
   fromSettings.flow->OnNotify(6, 0);  // no mask to fill: only printed
 
-  FlowWorld fromSwitch({u"-install", u"-npapi"}, u"Host { Flags 8; };");
+  FlowWorld fromSwitch({u"-install", u"-npapi", u"-source", u"0"}, u"Host { Flags 8; InstallSource 12; };");
   fromSwitch.flow->OnNotify(6, reinterpret_cast<intptr_t>(&mask));
   EXPECT_EQ(mask, 16u);
+  EXPECT_EQ(fromSwitch.world.host->GetInstallSource(), 0u);
 }
 
 TEST(InstallerFlow, AFullInstallBarRegistersEachKindInsideNotify) {

@@ -40,18 +40,6 @@ std::vector<std::string> Properties(ReferenceHost& host, bool& answered) {
   return pairs;
 }
 
-TEST(ReferenceHost, TheHostBlockAnswersFlagsAndSourceThatTheCommandLineLeavesOut) {
-  const char16_t* settings = u"Host { Flags 1040; InstallSource 12; SessionMode 2; };";
-  TestWorld bare({}, settings);
-  EXPECT_EQ(bare.host->GetFlags(), 1040u);
-  EXPECT_EQ(bare.host->Kinds(), 16u);
-  EXPECT_EQ(bare.host->GetInstallSource(), 12u);
-  EXPECT_EQ(bare.host->GetSessionMode(), 2u);
-  TestWorld given({u"-activex", u"-source", u"0"}, settings);
-  EXPECT_EQ(given.host->GetFlags(), 8u);
-  EXPECT_EQ(given.host->GetInstallSource(), 0u);
-}
-
 TEST(ReferenceHost, UpdateDialogDataHoldsOnlyWhatTheSettingsGiveAndCanBeRefused) {
   bool answered = false;
   TestWorld full({}, u"Host { UpdateMessage \"New player\"; UpdateSize 520 300; AutoUpdateMode 2; };");
