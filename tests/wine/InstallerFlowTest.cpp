@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -120,8 +121,32 @@ class InstallerFlowTest : public ::testing::Test {
 
 constexpr char kAutoExit[] = "AutoExitDelay 200;\n";
 
+// The pictures a run saved, by name, each with the width and height of its PNG header; the files go.
+std::vector<std::string> TakePictures(const std::wstring& directory) {
+  std::vector<std::string> pictures;
+  WIN32_FIND_DATAW found;
+  HANDLE search = FindFirstFileW((directory + L"\\*.png").c_str(), &found);
+  for (bool more = search != INVALID_HANDLE_VALUE; more; more = FindNextFileW(search, &found)) {
+    const std::wstring path = directory + L"\\" + found.cFileName;
+    const std::string png = WineTest::ReadAll(path);
+    auto big = [&png](size_t at) {
+      return png.size() < at + 4 ? 0u
+                                 : (uint32_t(uint8_t(png[at])) << 24 | uint32_t(uint8_t(png[at + 1])) << 16 |
+                                    uint32_t(uint8_t(png[at + 2])) << 8 | uint8_t(png[at + 3]));
+    };
+    pictures.push_back(WineTest::Utf8(found.cFileName) + " " + std::to_string(big(16)) + "x" + std::to_string(big(20)));
+    DeleteFileW(path.c_str());
+  }
+  if (search != INVALID_HANDLE_VALUE) FindClose(search);
+  std::sort(pictures.begin(), pictures.end());
+  return pictures;
+}
+
 TEST_F(InstallerFlowTest, InstallIsRefusedUntilTheLicenceIsTickedThenRegistersInsideNotifyAndEndsByItself) {
-  HostRun run(directory_, kAutoExit, L"-install -npapi " + Paths() + L" -auto -timeout 40000");
+  const std::wstring shots = directory_ + L"shots";
+  tree_.Directory(shots);
+  HostRun run(directory_, kAutoExit,
+              L"-install -npapi " + Paths() + L" -auto -timeout 40000 -shots \"" + shots + L"\"");
   ASSERT_TRUE(run.Started());
   EXPECT_EQ(run.Wait(), 0u) << run.Output();
   EXPECT_TRUE(run.InOrder({"PostEvent 3 6 0", "window shown 450x345", "auto: right", "auto: tick", "auto: right",
@@ -133,6 +158,11 @@ TEST_F(InstallerFlowTest, InstallIsRefusedUntilTheLicenceIsTickedThenRegistersIn
   EXPECT_EQ(run.Count("Notify 6"), 1u) << "no conflict, so no poll";
   EXPECT_TRUE(WineTest::KeyExists(kPluginProduct));
   EXPECT_TRUE(WineTest::KeyExists(WineTest::ProductKeys::kPlugin));
+  // A picture of each stage that held still: the splash before and after the tick, the bar, the end.
+  const std::vector<std::string> pictures = TakePictures(shots);
+  ASSERT_GE(pictures.size(), 3u) << run.Output();
+  EXPECT_EQ(pictures[0], "01-installer-splash.png 450x345");
+  EXPECT_EQ(pictures[1], "02-installer-splash-ticked.png 450x345");
 }
 
 TEST_F(InstallerFlowTest, AConflictingProgramHoldsTheInstallUntilItEnds) {
