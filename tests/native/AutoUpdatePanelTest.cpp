@@ -9,7 +9,7 @@ namespace {
 
 class AutoUpdatePanelTest : public InstallerPanelWorld {
  protected:
-  void Open() { window->HandleEvent(MInstallerWindow::kCommandEventId, MInstallerWindow::kOpenPanel, 3); }
+  void Open() { OpenPanel(3); }
   void Data(std::initializer_list<std::pair<std::u16string, std::u16string>> entries) {
     host.updateDialogDataAnswers = true;
     host.updateDialogData = entries;
@@ -21,9 +21,9 @@ TEST_F(AutoUpdatePanelTest, FailedDialogDataGivesTheDefaultSizeAndText) {
   Open();
   EXPECT_EQ(window->rect, MRect::FromSize(0, 0, 500, 270));
   EXPECT_EQ(Text(Panel().bodyText), "<26>");
-  EXPECT_TRUE(native->shown);
+  EXPECT_TRUE(fakeHost->shown);
   EXPECT_TRUE(host.autoUpdateChoices.empty());
-  EXPECT_EQ(native->title, u"<33>");
+  EXPECT_EQ(fakeHost->title, u"<33>");
   EXPECT_EQ(window->leftButton->bounds.Width(), 200);
   EXPECT_TRUE(window->leftButton->visible);
 }
@@ -56,7 +56,7 @@ TEST_F(AutoUpdatePanelTest, SourceTwelveRunsHiddenWithChoiceZero) {
   host.installSource = 12;
   Data({{u"autoUpdateMode", u"2"}, {u"size", u"640"}});
   Open();
-  EXPECT_FALSE(native->shown);
+  EXPECT_FALSE(fakeHost->shown);
   EXPECT_EQ(host.autoUpdateChoices, (std::vector<int32_t>{0}));
   EXPECT_EQ(NotifiedCodes(), (std::vector<int32_t>{4}));
   EXPECT_NE(window->rect.right, 640);
@@ -71,9 +71,9 @@ TEST_F(AutoUpdatePanelTest, SkippedChoiceHidesTheLeftButton) {
 TEST_F(AutoUpdatePanelTest, RightButtonAsksForTheUpdateOutsideDownloadMode) {
   Open();
   notes.clear();
-  window->HandleEvent(MInstallerWindow::kRightButtonId, MButton::kClicked, 0);
+  Click(MInstallerWindow::kRightButtonId);
   EXPECT_EQ(NotifiedCodes(), (std::vector<int32_t>{4}));
-  EXPECT_TRUE(shim.opened.empty());
+  EXPECT_TRUE(panelShim.opened.empty());
   EXPECT_NE(window->autoUpdatePanel, nullptr);
 }
 
@@ -83,19 +83,19 @@ TEST_F(AutoUpdatePanelTest, DownloadModeOpensThePageOfTheProductKindAndEnds) {
       {8 | 16, "activex"}, {16 | 32768, "plugin"}, {32768, "ppapi"}, {0, ""}};
   for (const auto& [mask, word] : cases) {
     productMask = mask;
-    shim.opened.clear();
+    panelShim.opened.clear();
     Open();
-    window->HandleEvent(MInstallerWindow::kRightButtonId, MButton::kClicked, 0);
-    EXPECT_EQ(shim.opened, (std::vector<std::string>{std::string("https://get.lumen.example/lumenplayer/update/") + word}));
+    Click(MInstallerWindow::kRightButtonId);
+    EXPECT_EQ(panelShim.opened, (std::vector<std::string>{std::string("https://get.lumen.example/lumenplayer/update/") + word}));
     EXPECT_EQ(window->autoUpdatePanel, nullptr);
     EXPECT_EQ(window->failurePanel, nullptr);
   }
-  EXPECT_EQ(native->quitCodes, (std::vector<int32_t>{0, 0, 0, 0}));
+  EXPECT_EQ(QuitCodes(), (std::vector<int32_t>{0, 0, 0, 0}));
 }
 
 TEST_F(AutoUpdatePanelTest, TextsMoveDownForTheEastAsianLocalesKoreanIncluded) {
   for (uint32_t locale : {1028u, 1041u, 1042u, 2052u, 1033u}) {
-    windows->threadLocale = locale;
+    System().threadLocale = locale;
     window->DeleteTransientPanels();
     Open();
     const int32_t expected = locale == 1033 ? 0 : 3;
