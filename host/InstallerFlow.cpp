@@ -100,9 +100,12 @@ int32_t InstallerFlow::OnNotify(int32_t code, intptr_t value) {
       Say("Notify 6: product mask " + std::to_string(kinds));
       if (value) *reinterpret_cast<uint32_t*>(value) = kinds;
       std::lock_guard<std::mutex> lock(mutex_);
-      // The splashes' next panel asks first: the conflicts panel.
-      if (stage_ == "installer-splash" || stage_ == "installer-splash-ticked" || stage_ == "uninstaller-splash")
-        stage_ = kConflicts;
+      // The conflicts panel asks as it opens, and the search that follows keeps the
+      // window from painting; it is the panel on screen once it asks again at a poll.
+      if (stage_ == "installer-splash" || stage_ == "installer-splash-ticked" || stage_ == "uninstaller-splash") {
+        if (conflictsAsked_) stage_ = kConflicts;
+        conflictsAsked_ = true;
+      }
       break;
     }
     default:

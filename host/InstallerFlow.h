@@ -63,6 +63,7 @@ class InstallerFlow {
   Post post_;
   mutable std::mutex mutex_;
   std::string stage_;
+  bool conflictsAsked_ = false;
   bool ended_ = false;
   int32_t exitCode_ = 0;
 };

@@ -149,7 +149,7 @@ TEST_F(InstallerFlowTest, InstallIsRefusedUntilTheLicenceIsTickedThenRegistersIn
               L"-install -npapi " + Paths() + L" -auto -timeout 40000 -shots \"" + shots + L"\"");
   ASSERT_TRUE(run.Started());
   EXPECT_EQ(run.Wait(), 0u) << run.Output();
-  EXPECT_TRUE(run.InOrder({"PostEvent 3 6 0", "window shown 450x345", "auto: right", "auto: tick", "auto: right",
+  EXPECT_TRUE(run.InOrder({"PostEvent 3 6 0", "window shown 730x345", "auto: right", "auto: tick", "auto: right",
                            "Notify 6: product mask 16", "NotifyConflictsCleared 0", "Notify 2:",
                            "RegisterProduct 16: true", "Notify 0: exit code 0"}))
       << run.Output();
@@ -161,8 +161,8 @@ TEST_F(InstallerFlowTest, InstallIsRefusedUntilTheLicenceIsTickedThenRegistersIn
   // A picture of each stage that held still: the splash before and after the tick, the bar, the end.
   const std::vector<std::string> pictures = TakePictures(shots);
   ASSERT_GE(pictures.size(), 3u) << run.Output();
-  EXPECT_EQ(pictures[0], "01-installer-splash.png 450x345");
-  EXPECT_EQ(pictures[1], "02-installer-splash-ticked.png 450x345");
+  EXPECT_EQ(pictures[0], "01-installer-splash.png 730x345");
+  EXPECT_EQ(pictures[1], "02-installer-splash-ticked.png 730x345");
 }
 
 TEST_F(InstallerFlowTest, AConflictingProgramHoldsTheInstallUntilItEnds) {
@@ -216,7 +216,8 @@ TEST_F(InstallerFlowTest, UninstallFromTheMaintenancePanelSkipsTheConflictsAndRe
   ASSERT_TRUE(WineTest::KeyExists(kPluginProduct));
   // OS class 3 leaves the system directory's files alone.
   HostRun run(directory_, "Host { OsClass 3; UpdateService LumenFlowUpdate.exe; FeedbackService LumenFlowFeedback.exe; };",
-              L"-maintain -npapi -directory \"" + directory_ + L"\" -auto -timeout 40000");
+              L"-maintain -npapi -directory \"" + directory_.substr(0, directory_.size() - 1) +
+                  L"\" -auto -timeout 40000");  // no backslash before the quote, which would escape it
   ASSERT_TRUE(run.Started());
   EXPECT_EQ(run.Wait(), 0u) << run.Output();
   EXPECT_TRUE(run.InOrder({"PostEvent 3 6 1", "PostEvent 3 6 2", "window shown", "auto: uninstall", "BeginRemoval 0",
