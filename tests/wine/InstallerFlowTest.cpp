@@ -67,13 +67,13 @@ class HostRun {
     return n;
   }
   // Whether the texts occur in this order.
-  bool InOrder(std::initializer_list<const char*> texts) const {
+  bool InOrder(std::initializer_list<std::string> texts) const {
     std::string all = Output();
     size_t at = 0;
-    for (const char* text : texts) {
+    for (const std::string& text : texts) {
       at = all.find(text, at);
       if (at == std::string::npos) return false;
-      at += std::string(text).size();
+      at += text.size();
     }
     return true;
   }
@@ -203,6 +203,8 @@ TEST_F(InstallerFlowTest, ARegistrationErrorIsShownOnTheFailurePanelAndQuitEndsW
   EXPECT_TRUE(run.InOrder({"Notify 2:", "RegisterProduct 8: false", "PostEvent 4 8 0", "auto: left",
                            "Notify 0: exit code -1"}))
       << run.Output();
+  // The message the failure panel shows: the last error of the log, which the host prints at the end.
+  EXPECT_TRUE(run.InOrder({"Message log", "Error 1033: " + WineTest::Utf8(missing)})) << run.Output();
   EXPECT_FALSE(WineTest::KeyExists(std::wstring(WineTest::ProductKeys::kProduct) + L"ActiveX"));
 }
 
