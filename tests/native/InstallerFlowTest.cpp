@@ -65,16 +65,6 @@ TEST(InstallerFlow, TheMaskAndSourceComeFromTheCommandLineElseTheSettingsAndTheS
   EXPECT_EQ(fromSwitch.world.host->GetInstallSource(), 0u);
 }
 
-TEST(InstallerFlow, AFullInstallBarRegistersEachKindInsideNotify) {
-  FlowWorld flow({u"-install", u"-npapi", u"-ppapi"});
-  flow.flow->OnNotify(2, 0);
-  EXPECT_TRUE(flow.world.KeyExists(u"Software\\Halcyonics\\LumenPlayerPlugin"));
-  EXPECT_TRUE(flow.world.KeyExists(u"Software\\Halcyonics\\LumenPlayerPepper"));
-  EXPECT_EQ(flow.flow->Stage(), InstallerFlow::kFinished);
-  EXPECT_EQ(flow.posted.size(), 1u) << "no failure to show";
-  EXPECT_TRUE(flow.Printed("RegisterProduct 32768: true"));
-}
-
 TEST(InstallerFlow, ARegistrationFailureStopsThereAndSendsTheWindowToTheFailurePanel) {
   FlowWorld control({u"-install", u"-activex", u"-npapi"});
   control.world.modules.AddModule(kPlayer, {{"DllRegisterServer", {static_cast<int32_t>(0x80004005u)}}});
@@ -84,20 +74,6 @@ TEST(InstallerFlow, ARegistrationFailureStopsThereAndSendsTheWindowToTheFailureP
   EXPECT_TRUE(control.Printed("RegisterProduct 8: false"));
   EXPECT_FALSE(control.Printed("RegisterProduct 16: true")) << "the plug-in is not tried after the control failed";
   EXPECT_FALSE(control.world.KeyExists(u"Software\\Halcyonics\\LumenPlayerPlugin"));
-}
-
-TEST(InstallerFlow, AnEmptyUninstallBarRemovesTheKindAndItsFiles) {
-  FlowWorld flow({u"-maintain", u"-npapi"});
-  ASSERT_TRUE(flow.world.shim->RegisterProduct(16, MString(kPlayer), MString(kServer), MString(), 0));
-  ASSERT_TRUE(flow.world.KeyExists(u"Software\\Halcyonics\\LumenPlayerPlugin"));
-  flow.flow->OnNotify(3, 0);
-  EXPECT_FALSE(flow.world.KeyExists(u"Software\\Halcyonics\\LumenPlayerPlugin"));
-  ASSERT_EQ(flow.lines.size(), 6u);
-  EXPECT_EQ(flow.lines[2], "Notify 3: the uninstall bar is empty");
-  EXPECT_EQ(flow.lines[3].rfind("RemoveProductKind 16: ", 0), 0u);
-  EXPECT_EQ(flow.lines[4], "FileRemovalFinished 0");
-  EXPECT_EQ(flow.lines[5], "RemoveNamedFiles, RemovePatternFiles 16");
-  EXPECT_EQ(flow.flow->Stage(), InstallerFlow::kFinished);
 }
 
 TEST(InstallerFlow, TheUpdateRequestFinishesTheWindowAndTheExitCodeEndsTheRecord) {
