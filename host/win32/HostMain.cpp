@@ -227,7 +227,8 @@ int RunWindow(LumenBrokerShim& shim, ReferenceHost& host, const HostOptions& opt
     MorphUI* ui = window.Ui();
     if (!ui) return Fail(kNoWindow, "CreateUI returned no window");
     flow.Open([ui](int32_t id, int32_t message, intptr_t param) { ui->PostEvent(id, message, param); });
-    if (options.unattended || !shots.empty()) {
+    // A person's run with pictures or a bound is watched too, with no clicks.
+    if (options.unattended || !shots.empty() || options.EffectiveTimeoutMs() != 0) {
       FlowDriver driver(window.Window(), flow, shots);
       timedOut = driver.Run(script.steps, options.EffectiveTimeoutMs()) == FlowDriver::Outcome::kTimedOut;
     }
