@@ -11,7 +11,7 @@ namespace {
 class ConflictsPanelTest : public InstallerPanelWorld {
  protected:
   MUIPanelConflicts& Panel() { return *window->conflictsPanel; }
-  void Open() { window->ShowPanel(window->conflictsPanel); }
+  void ShowConflicts() { window->ShowPanel(window->conflictsPanel); }
   void Poll() { window->HandleEvent(MInstallerWindow::kTickEventId, MInstallerWindow::kConflictPoll, 0); }
   std::vector<std::string> VisibleNames() {
     std::vector<std::string> names;
@@ -48,7 +48,7 @@ TEST_F(ConflictsPanelTest, FiveNamesFillTheRowsAndFurtherOnesAreOnlyCounted) {
 TEST_F(ConflictsPanelTest, ListThatCannotBeMadeCountsAsNoConflictAndHandsOver) {
   panelShim.conflictsFail = true;
   EXPECT_FALSE(Panel().RefreshConflicts(8));
-  Open();
+  ShowConflicts();
   EXPECT_EQ(window->ActivePanel(), window->progressPanel);
   EXPECT_EQ(CountCalls("NotifyConflictsCleared"), 1);
 }
@@ -57,7 +57,7 @@ TEST_F(ConflictsPanelTest, StaysWhileProgramsRunShowsNewOnesAtThePollAndHandsOve
   productMask = 16 | 32768;
   panelShim.conflicts = {u"Brightpad"};
   window->rightButton->SetVisible(true);
-  Open();
+  ShowConflicts();
   ASSERT_EQ(window->ActivePanel(), window->conflictsPanel);
   EXPECT_EQ(panelShim.askedMasks, (std::vector<uint32_t>{16 | 32768}));
   EXPECT_FALSE(window->rightButton->visible);
@@ -86,7 +86,7 @@ TEST_F(ConflictsPanelTest, OptionalCheckIsSkippedUnlessTheSettingsManagerIsHeld)
   host.conflictCheckIsOptional = true;
   panelShim.conflicts = {u"Brightpad"};
   EXPECT_FALSE(Panel().IsControlFileLocked());
-  Open();
+  ShowConflicts();
   EXPECT_EQ(window->ActivePanel(), window->progressPanel);
   EXPECT_TRUE(panelShim.askedMasks.empty());
   EXPECT_EQ(CountCalls("NotifyConflictsCleared"), 0) << "the skip is not a clearing";
@@ -104,14 +104,14 @@ TEST_F(ConflictsPanelTest, HeldSettingsManagerMakesTheOptionalCheckRunButAnEmpty
   HoldManager("program");
   EXPECT_TRUE(Panel().IsControlFileLocked());
   panelShim.conflicts = {u"Brightpad"};
-  Open();
+  ShowConflicts();
   EXPECT_EQ(window->ActivePanel(), window->conflictsPanel);
   EXPECT_EQ(VisibleNames(), (std::vector<std::string>{"Brightpad"}));
 }
 
 TEST_F(ConflictsPanelTest, PollsOncePerThirtyOneTimerMessages) {
   panelShim.conflicts = {u"Brightpad"};
-  Open();
+  ShowConflicts();
   ASSERT_EQ(window->ActivePanel(), window->conflictsPanel);
   System().posted.clear();
   for (int i = 0; i < 30; ++i) window->OnTimer();
