@@ -1,6 +1,7 @@
 #include "host/ReferenceHost.h"
 
 #include "engine/LumenBrokerShim.h"
+#include "engine/ProductKind.h"
 
 namespace SASM {
 
@@ -54,6 +55,28 @@ uint32_t ReferenceHost::HostNumber(const char16_t* name, uint32_t fallback) cons
   return value.IsEmpty() ? fallback : value.ParseDigits();
 }
 
+uint32_t ReferenceHost::GetFlags() {
+  return options_.flagsGiven ? options_.flags : HostNumber(u"Flags", options_.flags);
+}
+
+uint32_t ReferenceHost::GetInstallSource() {
+  return options_.sourceGiven ? options_.installSource : HostNumber(u"InstallSource", options_.installSource);
+}
+
+uint32_t ReferenceHost::Kinds() {
+  return GetFlags() & (ProductKind::kActiveX | ProductKind::kNpapi | ProductKind::kPpapi);
+}
+
+void ReferenceHost::SetAutoUpdateChoice(int32_t mode) {
+  autoUpdateChoice_ = mode;
+  Observe("SetAutoUpdateChoice", mode);
+}
+
+void ReferenceHost::StoreUpdateChoice(int32_t value) {
+  storedUpdateChoice_ = value;
+  Observe("StoreUpdateChoice", value);
+}
+
 MString& ReferenceHost::GetPayloadPath(MString& out) { return out = HostValue(u"PayloadPath"); }
 bool ReferenceHost::ConflictCheckIsOptional() { return HostFlag(u"ConflictCheckIsOptional", false); }
 bool ReferenceHost::ConflictsBlockInstall() { return HostFlag(u"ConflictsBlockInstall", true); }
@@ -100,9 +123,22 @@ MString& ReferenceHost::GetPreviousPepperVersion(MString& out) { return out = Ho
 MString& ReferenceHost::GetTaskCommandPath(MString& out) { return out = HostValue(u"TaskCommandPath"); }
 
 bool ReferenceHost::GetUpdateDialogData(MStringList& properties) {
-  properties.Add(MString(u"message"), HostValue(u"UpdateMessage"));
-  properties.Add(MString(u"size"), HostValue(u"UpdateSize"));
-  properties.Add(MString(u"autoUpdateMode"), HostValue(u"AutoUpdateMode"));
+  // "UpdateDialogData 0" stands for a host that has no offer to describe.
+  if (!HostFlag(u"UpdateDialogData", true)) return false;
+  // Only what the settings hold: an absent property keeps the panel's default.
+  struct Property {
+    const char16_t* key;
+    const char16_t* setting;
+  };
+  for (const Property& property : {Property{u"message", u"UpdateMessage"}, Property{u"size", u"UpdateSize"},
+                                   Property{u"autoUpdateMode", u"AutoUpdateMode"}}) {
+    MString key(u"Host.");
+    key.Append(property.setting);
+    const SettingsNode* node = FindSetting(settings_, key);
+    // One entry per value, in order: "size" gives the width, then the height.
+    for (const SettingsNode* value = node ? node->values : nullptr; value; value = value->next)
+      properties.Add(MString(property.key), value->name);
+  }
   return true;
 }
 

@@ -4,15 +4,23 @@
 
 #include <cstdio>
 #include <memory>
+#include <mutex>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "engine/HostCallbacks.h"
 #include "engine/LumenBrokerShim.h"
 #include "engine/ProductKind.h"
 #include "engine/win32/WideText.h"
+#include "engine/win32/ScopedHandle.h"
+#include "host/FlowScript.h"
 #include "host/HostOptions.h"
+#include "host/InstallerFlow.h"
 #include "host/ReferenceHost.h"
+#include "host/win32/FlowDriver.h"
+#include "ui/MWindow.h"
+#include "ui/MorphUI.h"
 
 using namespace SASM;
 
@@ -29,10 +37,21 @@ enum ExitCode {
   kListsIncomplete = 6,
   kRegistrationFailed = 7,
   kProcessesNotListed = 8,
-  kRemovalFailed = 9
+  kRemovalFailed = 9,
+  kTimedOut = 10,
+  kNoWindow = 11
 };
 
-void Print(const std::string& text) { std::fputs(text.c_str(), stdout); }
+// The window's thread and the unattended run both report; a line stays whole.
+std::mutex g_printLock;
+
+void Print(const std::string& text) {
+  std::lock_guard<std::mutex> lock(g_printLock);
+  std::fputs(text.c_str(), stdout);
+  std::fflush(stdout);
+}
+
+void PrintLine(const std::string& line) { Print(line + "\n"); }
 
 int Fail(int code, const std::string& line) {
   std::fprintf(stderr, "LumenUtilHost: %s\n", line.c_str());
@@ -106,15 +125,7 @@ int ShowLists(LumenBrokerShim& shim, ReferenceHost& host) {
 
 // Registers each selected kind, in the order 8, 16, 32768, for the files at the given paths.
 int Install(LumenBrokerShim& shim, ReferenceHost& host, const HostOptions& options) {
-  bool all = true;
-  for (uint32_t kind : ProductKind::kAll) {
-    if (!(options.flags & kind)) continue;
-    bool registered = shim.RegisterProduct(kind, MString(std::u16string_view(options.playerPath)),
-                                           MString(std::u16string_view(options.uninstallerPath)), MString(),
-                                           options.writeUninstallEntry ? 1 : 0);
-    Print("RegisterProduct " + std::to_string(kind) + ": " + (registered ? "true" : "false") + "\n");
-    all = all && registered;
-  }
+  bool all = InstallerFlow::RegisterKinds(shim, options, host.Kinds(), false, PrintLine);
   Print("Message log (" + std::to_string(host.Log().Count()) + "):\n" + host.FormatLog());
   return all ? kOk : kRegistrationFailed;
 }
@@ -138,21 +149,104 @@ int ShowConflicts(LumenBrokerShim& shim, ReferenceHost& host, const HostOptions&
 
 // Removes each selected kind, in the order 8, 16, 32768, then the named and pattern files of them all.
 int Uninstall(LumenBrokerShim& shim, ReferenceHost& host, const HostOptions& options) {
-  MString directory{std::u16string_view(options.directory)};
-  uint32_t kinds = options.flags & (ProductKind::kActiveX | ProductKind::kNpapi | ProductKind::kPpapi);
   // The file lists come from the settings; missing ones only leave less to remove.
   shim.LoadEngineLists();
-  bool all = true;
-  for (uint32_t kind : ProductKind::kAll) {
-    if (!(kinds & kind)) continue;
-    bool removed = shim.RemoveProductKind(kind, directory, 0, 0);
-    Print("RemoveProductKind " + std::to_string(kind) + ": " + (removed ? "true" : "false") + "\n");
-    all = all && removed;
-  }
-  shim.RemoveNamedFiles(kinds, directory);
-  shim.RemovePatternFiles(kinds, directory);
+  bool all = InstallerFlow::RemoveKinds(shim, options, host.Kinds(), PrintLine);
   Print("Message log (" + std::to_string(host.Log().Count()) + "):\n" + host.FormatLog());
   return all ? kOk : kRemovalFailed;
+}
+
+// The installer window on a thread of its own, as the module expects: built,
+// pumped and destroyed there. The host reaches it only by posting.
+class WindowThread {
+ public:
+  WindowThread(LumenBrokerShim& shim, InstallerFlow& flow) : shim_(shim), flow_(flow) {
+    ready_.reset(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    done_.reset(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    thread_ = std::thread([this] { Main(); });
+    WaitForSingleObject(ready_.get(), INFINITE);
+  }
+  ~WindowThread() {
+    if (thread_.joinable()) thread_.join();
+  }
+
+  MorphUI* Ui() const { return ui_; }
+  HWND Window() const { return window_; }
+  // False when the thread is still inside the window after the wait.
+  bool WaitForEnd(DWORD milliseconds) { return WaitForSingleObject(done_.get(), milliseconds) == WAIT_OBJECT_0; }
+  int32_t Result() const { return result_; }
+
+ private:
+  void Main() {
+    MorphUI* ui = shim_.CreateUI();
+    if (ui) {
+      ui->SetEventCallback(&InstallerFlow::Callback, &flow_);
+      window_ = ui->window ? static_cast<HWND>(ui->window->handle) : nullptr;
+    }
+    ui_ = ui;
+    SetEvent(ready_.get());
+    if (ui) {
+      result_ = ui->RunMessageLoop();
+      shim_.DestroyUI(nullptr, ui);
+    }
+    SetEvent(done_.get());
+  }
+
+  LumenBrokerShim& shim_;
+  InstallerFlow& flow_;
+  ScopedHandle ready_;
+  ScopedHandle done_;
+  MorphUI* ui_ = nullptr;
+  HWND window_ = nullptr;
+  int32_t result_ = 0;
+  std::thread thread_;
+};
+
+// The -install, -uninstall, -maintain and -update windows: the work is done in
+// Notify, and the run ends with the window's exit code.
+int RunWindow(LumenBrokerShim& shim, ReferenceHost& host, const HostOptions& options) {
+  if (host.Kinds() == 0)
+    return Fail(kBadSwitch, "the window needs a kind: -activex, -npapi, -ppapi or the settings' Host.Flags");
+  FlowScript script;
+  if (options.unattended &&
+      !script.Parse(options.script.empty() ? FlowScript::DefaultFor(options.mode, host.GetInstallSource())
+                                           : options.script))
+    return Fail(kBadSwitch, script.error);
+  std::wstring shots;
+  if (!options.shotsDirectory.empty()) {
+    shots = FullPath(ToWide(options.shotsDirectory));
+    CreateDirectoryW(shots.c_str(), nullptr);
+  }
+  shim.LoadEngineLists();
+
+  InstallerFlow flow(options, host, shim, PrintLine);
+  int result;
+  bool timedOut = false;
+  {
+    WindowThread window(shim, flow);
+    MorphUI* ui = window.Ui();
+    if (!ui) return Fail(kNoWindow, "CreateUI returned no window");
+    flow.Open([ui](int32_t id, int32_t message, intptr_t param) { ui->PostEvent(id, message, param); });
+    // A person's run with pictures or a bound is watched too, with no clicks.
+    if (options.unattended || !shots.empty() || options.EffectiveTimeoutMs() != 0) {
+      FlowDriver driver(window.Window(), flow, shots);
+      timedOut = driver.Run(script.steps, options.EffectiveTimeoutMs()) == FlowDriver::Outcome::kTimedOut;
+    }
+    if (timedOut) {
+      PrintLine("auto: timed out after " + std::to_string(options.EffectiveTimeoutMs()) + " ms");
+      // The host's finish command; a window stuck in a Notify call is left behind.
+      PostMessageW(window.Window(), MWindow::kUserBase + 5, 3, kTimedOut);
+      if (!window.WaitForEnd(5000)) {
+        std::fflush(stdout);
+        ExitProcess(kTimedOut);
+      }
+    }
+    window.WaitForEnd(INFINITE);
+    result = window.Result();
+  }
+  Print("Message log (" + std::to_string(host.Log().Count()) + "):\n" + host.FormatLog());
+  if (timedOut) return kTimedOut;
+  return result;
 }
 
 }  // namespace
@@ -201,6 +295,8 @@ int wmain(int argc, wchar_t** argv) {
     if (options.mode == HostOptions::Mode::Broker) {
       result = shim->RunBroker();
       if (host.Log().Count() > 0) std::fputs(host.FormatLog().c_str(), stderr);
+    } else if (options.Windowed()) {
+      result = RunWindow(*shim, host, options);
     } else if (options.mode == HostOptions::Mode::Install) {
       result = Install(*shim, host, options);
     } else if (options.mode == HostOptions::Mode::Conflicts) {

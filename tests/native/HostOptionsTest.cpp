@@ -53,10 +53,51 @@ TEST(HostOptions, BadInputIsOneLineOfError) {
   for (const Case& c :
        {Case{{u"-bogus"}, "unknown switch: -bogus"}, Case{{u"-settings"}, "missing argument after -settings"},
         Case{{u"-source", u"99999999999"}, "not a number after -source: 99999999999"},
-        Case{{u"-install", u"-player", u"p", u"-uninstaller", u"u"},
+        Case{{u"-install", u"-silent", u"-player", u"p", u"-uninstaller", u"u"},
              "-install needs a kind: -activex, -npapi or -ppapi"},
         Case{{u"-install", u"-npapi", u"-player", u"p"}, "-install needs -player PATH and -uninstaller PATH"},
         Case{{u"-uninstall", u"-npapi"}, "-uninstall needs -directory DIR"}}) {
+    HostOptions options;
+    EXPECT_FALSE(options.Parse(c.args));
+    EXPECT_EQ(options.error, c.error);
+  }
+}
+
+TEST(HostOptions, WindowModesTakeTheirKindsFromTheSettingsAndSilentKeepsTheWindowlessRuns) {
+  HostOptions install;
+  ASSERT_TRUE(install.Parse({u"-install", u"-player", u"p", u"-uninstaller", u"u", u"-auto", u"-shots", u"D"}));
+  EXPECT_TRUE(install.Windowed());
+  EXPECT_FALSE(install.flagsGiven);
+  EXPECT_TRUE(install.unattended);
+  EXPECT_EQ(install.script, u"") << "a switch after -auto is not its script";
+  EXPECT_EQ(install.EffectiveTimeoutMs(), HostOptions::kDefaultAutoTimeoutMs);
+  HostOptions silent;
+  ASSERT_TRUE(silent.Parse({u"-uninstall", u"-silent", u"-npapi", u"-directory", u"C:\\d"}));
+  EXPECT_FALSE(silent.Windowed());
+  HostOptions maintain;
+  ASSERT_TRUE(maintain.Parse({u"-maintain", u"-directory", u"C:\\d", u"-auto", u"uninstall,done", u"-timeout", u"9"}));
+  EXPECT_EQ(maintain.script, u"uninstall,done");
+  EXPECT_EQ(maintain.EffectiveTimeoutMs(), 9u);
+  HostOptions update;
+  ASSERT_TRUE(update.Parse({u"-update", u"-source", u"12"}));
+  EXPECT_TRUE(update.Windowed());
+  EXPECT_TRUE(update.sourceGiven);
+  EXPECT_EQ(update.EffectiveTimeoutMs(), 0u) << "a person's run has no bound";
+}
+
+TEST(HostOptions, WindowSwitchesOutsideAWindowModeAreRefused) {
+  struct Case {
+    std::vector<std::u16string> args;
+    std::string error;
+  };
+  for (const Case& c :
+       {Case{{u"-lists", u"-auto"}, "-auto, -timeout and -shots need a window: -install, -uninstall, -maintain or -update"},
+        Case{{u"-install", u"-silent", u"-npapi", u"-player", u"p", u"-uninstaller", u"u", u"-shots", u"D"},
+             "-auto, -timeout and -shots need a window: -install, -uninstall, -maintain or -update"},
+        Case{{u"-update", u"-silent"}, "-silent goes with -install or -uninstall"},
+        Case{{u"-maintain"}, "-maintain needs -directory DIR"},
+        Case{{u"-update", u"-timeout", u"0"}, "-timeout needs a number above 0"},
+        Case{{u"-uninstall", u"-silent", u"-directory", u"d"}, "-uninstall needs a kind: -activex, -npapi or -ppapi"}}) {
     HostOptions options;
     EXPECT_FALSE(options.Parse(c.args));
     EXPECT_EQ(options.error, c.error);

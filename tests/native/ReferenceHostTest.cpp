@@ -29,3 +29,29 @@ TEST(ReferenceHost, WindowTextsComeFromTheModuleFirstAndTheHostsOwnTableOtherwis
 }
 
 }  // namespace
+
+namespace {
+
+std::vector<std::string> Properties(ReferenceHost& host, bool& answered) {
+  MStringList list;
+  answered = host.GetUpdateDialogData(list);
+  std::vector<std::string> pairs;
+  for (auto* node = list.head; node; node = node->next) pairs.push_back(node->key.ToUtf8() + "=" + node->value.ToUtf8());
+  return pairs;
+}
+
+TEST(ReferenceHost, UpdateDialogDataHoldsOnlyWhatTheSettingsGiveAndCanBeRefused) {
+  bool answered = false;
+  TestWorld full({}, u"Host { UpdateMessage \"New player\"; UpdateSize 520 300; AutoUpdateMode 2; };");
+  EXPECT_EQ(Properties(*full.host, answered),
+            (std::vector<std::string>{"message=New player", "size=520", "size=300", "autoUpdateMode=2"}));
+  EXPECT_TRUE(answered);
+  TestWorld none({}, u"");
+  EXPECT_EQ(Properties(*none.host, answered), std::vector<std::string>{});
+  EXPECT_TRUE(answered);
+  TestWorld refused({}, u"Host { UpdateDialogData 0; UpdateMessage x; };");
+  EXPECT_EQ(Properties(*refused.host, answered), std::vector<std::string>{});
+  EXPECT_FALSE(answered);
+}
+
+}  // namespace
