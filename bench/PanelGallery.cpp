@@ -139,6 +139,13 @@ int wmain(int argc, wchar_t** argv) {
     std::fprintf(stderr, "cannot load LumenUtil.dll beside this program\n");
     return 3;
   }
+  // Which table answers, so that the caller can see the language took.
+  const wchar_t* word = nullptr;
+  int length = LoadStringW(module, 18, reinterpret_cast<LPWSTR>(&word), 0);
+  std::wstring install = length > 0 && word ? std::wstring(word, static_cast<size_t>(length)).c_str() : L"";
+  char utf8[256] = {};
+  WideCharToMultiByte(CP_UTF8, 0, install.c_str(), -1, utf8, sizeof(utf8) - 1, nullptr, nullptr);
+  std::printf("language %u: string 18 reads \"%s\"\n", language, utf8);
   CreateDirectoryW(directory.c_str(), nullptr);
   int failed = 0;
   for (const PanelState* state : states) failed += Draw(module, *state, directory) ? 0 : 1;
