@@ -77,6 +77,9 @@ bool SavePng(const std::wstring& path, int width, int height, const uint8_t* pix
 bool Draw(HMODULE module, const PanelState& state, const std::wstring& directory) {
   PanelStage stage(module, state);
   stage.Build();
+  // Drawn all the same: the picture shows what the window shows instead.
+  const bool reached = stage.Reached();
+  if (!reached) std::fprintf(stderr, "%s: the window does not show the %s panel\n", state.name, state.panel);
   const int width = stage.Width(), height = stage.Height();
   if (width <= 0 || height <= 0 || width > 4096 || height > 4096) {
     std::fprintf(stderr, "%s: the window is %dx%d\n", state.name, width, height);
@@ -99,7 +102,7 @@ bool Draw(HMODULE module, const PanelState& state, const std::wstring& directory
   }
   if (bitmap) DeleteObject(bitmap);
   if (dc) DeleteDC(dc);
-  return ok;
+  return ok && reached;
 }
 
 }  // namespace

@@ -11,8 +11,13 @@
 #include "host/ReferenceHost.h"
 #include "ui/LocalizedText.h"
 #include "ui/MCheckboxButton.h"
+#include "ui/panels/MUIPanelAutoUpdate.h"
+#include "ui/panels/MUIPanelConflicts.h"
+#include "ui/panels/MUIPanelFailure.h"
 #include "ui/panels/MUIPanelInstallerSplash.h"
+#include "ui/panels/MUIPanelMaintain.h"
 #include "ui/panels/MUIPanelProgress.h"
+#include "ui/panels/MUIPanelUninstallerSplash.h"
 #include "ui/win32/GdiDrawSurface.h"
 #include "ui/win32/Win32WindowSystem.h"
 
@@ -240,6 +245,20 @@ void PanelStage::Build() {
   state_.drive(*this);
   Deliver();
   Settle();
+}
+
+bool PanelStage::Reached() const {
+  const MInstallerWindow& w = *window_;
+  const std::string panel = state_.panel;
+  MUIPanel* expected = panel == "installer-splash"     ? static_cast<MUIPanel*>(w.installerSplash)
+                       : panel == "uninstaller-splash" ? static_cast<MUIPanel*>(w.uninstallerSplash)
+                       : panel == "maintain"           ? static_cast<MUIPanel*>(w.maintainPanel)
+                       : panel == "conflicts"          ? static_cast<MUIPanel*>(w.conflictsPanel)
+                       : panel == "progress"           ? static_cast<MUIPanel*>(w.progressPanel)
+                       : panel == "failure"            ? static_cast<MUIPanel*>(w.failurePanel)
+                       : panel == "auto-update"        ? static_cast<MUIPanel*>(w.autoUpdatePanel)
+                                                       : nullptr;
+  return expected && w.ActivePanel() == expected;
 }
 
 int32_t PanelStage::OnNotify(MorphUI*, int32_t code, intptr_t value, void*) {

@@ -48,6 +48,8 @@ class PanelStage {
   int Width() const { return window_->rect.right; }
   int Height() const { return window_->rect.bottom; }
   MInstallerWindow& Window() { return *window_; }
+  // Whether the window shows the state's panel.
+  bool Reached() const;
 
   // A whole repaint into dc (a context of at least Width by Height), as the window paints its back buffer.
   void PaintInto(HDC dc);
