@@ -31,6 +31,11 @@ class MUIPanelAutoUpdate : public MUIPanel {
   MScale9Data* backgroundData = nullptr;
   MTextArea* headerText = nullptr;
   MTextArea* bodyText = nullptr;
+
+ private:
+  void Resize();
+  void Open();
+  void AcceptUpdate();
 };
 
 }  // namespace SASM

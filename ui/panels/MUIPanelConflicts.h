@@ -26,6 +26,7 @@ class MUIPanelConflicts : public MUIPanel {
 
     MInstallerWindow* installerWindow;
     MTextArea* nameText = nullptr;
+    MSkinnedSection* icon = nullptr;
   };
 
   explicit MUIPanelConflicts(MInstallerWindow* window);
@@ -37,6 +38,10 @@ class MUIPanelConflicts : public MUIPanel {
   // Whether the settings manager in the 32-bit system directory exists and cannot be opened for writing.
   bool IsControlFileLocked();
 
+  // Counts timer messages and posts a poll when the count passes pollPeriod.
+  static bool PollTimer(MRegion* region, MWindow* window, MPoint* point, bool inside, uint32_t message,
+                        void* context);
+
   uint32_t pollTicks = 0;
   uint32_t pollPeriod = 30;
   uint8_t anyConflict = 0;
@@ -44,6 +49,11 @@ class MUIPanelConflicts : public MUIPanel {
   MSkinnedSection* strip = nullptr;
   MSkinnedSection* logo = nullptr;
   offendingApp* rows[kRowCount] = {};
+
+ private:
+  void Resize();
+  // The product mask the host fills through Notify(6).
+  uint32_t QueryProductMask();
 };
 
 }  // namespace SASM

@@ -21,6 +21,10 @@ class MUIPanelFailure : public MUIPanel {
   MTextArea* messageText = nullptr;
   // The warning sign beside the header.
   MSkinnedSection* sign = nullptr;
+
+ private:
+  void Resize();
+  void ShowLastError();
 };
 
 }  // namespace SASM

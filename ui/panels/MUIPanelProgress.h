@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "ui/MRadioGroup.h"
+#include "ui/MScale3Data.h"
 #include "ui/panels/MUIPanel.h"
 
 namespace SASM {
@@ -34,6 +35,9 @@ class MUIPanelProgress : public MUIPanel {
   void ShowUpdateChoice();
   // Four dot-separated decimal numbers compared in order: negative, 0 or positive.
   static int32_t CompareVersions(const MString& a, const MString& b);
+  // Posts a progress tick at every timer message.
+  static bool TickTimer(MRegion* region, MWindow* window, MPoint* point, bool inside, uint32_t message,
+                        void* context);
 
   uint8_t running = 0;
   float current = 0.0f;
@@ -54,6 +58,17 @@ class MUIPanelProgress : public MUIPanel {
   MTextArea* radioLabels[kRadioCount] = {};
   uint8_t choiceShown = 0;
   MTextArea* headingText = nullptr;
+  // The bar's looks, which must outlive it.
+  MScale3Data trackLook;
+  MScale3Data fillLook;
+
+ private:
+  void Resize();
+  void Tick();
+  // Stops the bar: the title comes back bold with mark-up, and the callback hears code 5.
+  void Finish();
+  // Whether the host's versions allow the update choice at the end of the bar.
+  bool OffersUpdateChoice();
 };
 
 }  // namespace SASM
