@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "engine/MString.h"
+#include "ui/MScale3Data.h"
 #include "ui/MWindow.h"
 
 namespace SASM {
@@ -111,6 +112,9 @@ class MInstallerWindow : public MWindow {
   void Resize();
   // Builds the panel of an open request on first use; null for an unknown number.
   MUIPanel* PanelFor(intptr_t number);
+
+  // The bottom bar's one look; the bar keeps a pointer to it.
+  MScale3Data bottomBarData_;
 };
 
 }  // namespace SASM
