@@ -8,8 +8,8 @@
 #include "broker/win32/BrokerServerLifecycle.h"
 #include "engine/HostCallbacks.h"
 #include "engine/win32/ScopedLibrary.h"
-#include "ui/MPlainWindow.h"
 #include "ui/MorphUI.h"
+#include "ui/panels/MInstallerWindow.h"
 #include "ui/win32/Win32WindowSystem.h"
 
 namespace SASM {
@@ -40,7 +40,7 @@ MorphUI* Win32LumenBrokerShim::CreateUI() {
   HMODULE module = host->resourceModule ? static_cast<HMODULE>(host->resourceModule) : GetModuleHandleA(nullptr);
   auto* ui = new (std::nothrow) MorphUI(host, module, std::make_unique<Win32WindowSystem>(host, module));
   if (!ui) return nullptr;
-  ui->SetWindow(new MPlainWindow(ui));
+  ui->SetWindow(new MInstallerWindow(ui));
   return ui;
 }
 

@@ -38,6 +38,10 @@ class MUIPanelInstallerSplash : public MUIPanel {
   MTextArea* licenseLabel = nullptr;
   int32_t autoExitTicks = 0;
   MTooltipArea* installTooltip = nullptr;
+
+ private:
+  // The rectangles of the controls for the panel's size; nothing once they are gone.
+  void Resize();
 };
 
 }  // namespace SASM

@@ -27,6 +27,9 @@ class MUIPanelUninstallerSplash : public MUIPanel {
   MSkinnedSection* banner = nullptr;
   MTextArea* bodyText = nullptr;
   MScale9Data* backgroundData = nullptr;
+
+ private:
+  void Resize();
 };
 
 }  // namespace SASM
