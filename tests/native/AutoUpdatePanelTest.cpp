@@ -9,7 +9,7 @@ namespace {
 
 class AutoUpdatePanelTest : public InstallerPanelWorld {
  protected:
-  void Open() { window->HandleEvent(MInstallerWindow::kCommandEventId, MInstallerWindow::kOpenPanel, 3); }
+  void OpenUpdate() { OpenPanel(3); }
   void Data(std::initializer_list<std::pair<std::u16string, std::u16string>> entries) {
     host.updateDialogDataAnswers = true;
     host.updateDialogData = entries;
@@ -18,26 +18,26 @@ class AutoUpdatePanelTest : public InstallerPanelWorld {
 };
 
 TEST_F(AutoUpdatePanelTest, FailedDialogDataGivesTheDefaultSizeAndText) {
-  Open();
+  OpenUpdate();
   EXPECT_EQ(window->rect, MRect::FromSize(0, 0, 500, 270));
   EXPECT_EQ(Text(Panel().bodyText), "<26>");
-  EXPECT_TRUE(native->shown);
+  EXPECT_TRUE(fakeHost->shown);
   EXPECT_TRUE(host.autoUpdateChoices.empty());
-  EXPECT_EQ(native->title, u"<33>");
+  EXPECT_EQ(fakeHost->title, u"<33>");
   EXPECT_EQ(window->leftButton->bounds.Width(), 200);
   EXPECT_TRUE(window->leftButton->visible);
 }
 
 TEST_F(AutoUpdatePanelTest, SizeGivesTheWidthAndASecondValueTheHeight) {
   Data({{u"message", u"A fix is ready."}, {u"size", u"600"}});
-  Open();
+  OpenUpdate();
   EXPECT_EQ(window->rect, MRect::FromSize(0, 0, 600, 270));
   EXPECT_EQ(Text(Panel().bodyText), "A fix is ready.");
   EXPECT_TRUE(host.autoUpdateChoices.empty()) << "no mode, no choice";
 
   Data({{u"size", u"640"}, {u"size", u"320"}});
   window->DeleteTransientPanels();
-  Open();
+  OpenUpdate();
   EXPECT_EQ(window->rect, MRect::FromSize(0, 0, 640, 320));
 }
 
@@ -47,7 +47,7 @@ TEST_F(AutoUpdatePanelTest, ModeValuesOtherThanOneAndTwoStoreZero) {
     host.autoUpdateChoices.clear();
     Data({{u"autoUpdateMode", value}});
     window->DeleteTransientPanels();
-    Open();
+    OpenUpdate();
     EXPECT_EQ(host.autoUpdateChoices, (std::vector<int32_t>{stored})) << MString(value).ToUtf8();
   }
 }
@@ -55,8 +55,8 @@ TEST_F(AutoUpdatePanelTest, ModeValuesOtherThanOneAndTwoStoreZero) {
 TEST_F(AutoUpdatePanelTest, SourceTwelveRunsHiddenWithChoiceZero) {
   host.installSource = 12;
   Data({{u"autoUpdateMode", u"2"}, {u"size", u"640"}});
-  Open();
-  EXPECT_FALSE(native->shown);
+  OpenUpdate();
+  EXPECT_FALSE(fakeHost->shown);
   EXPECT_EQ(host.autoUpdateChoices, (std::vector<int32_t>{0}));
   EXPECT_EQ(NotifiedCodes(), (std::vector<int32_t>{4}));
   EXPECT_NE(window->rect.right, 640);
@@ -64,40 +64,37 @@ TEST_F(AutoUpdatePanelTest, SourceTwelveRunsHiddenWithChoiceZero) {
 
 TEST_F(AutoUpdatePanelTest, SkippedChoiceHidesTheLeftButton) {
   host.skipsUpdateChoice = true;
-  Open();
+  OpenUpdate();
   EXPECT_FALSE(window->leftButton->visible);
 }
 
-TEST_F(AutoUpdatePanelTest, RightButtonAsksForTheUpdateOutsideDownloadMode) {
-  Open();
+TEST_F(AutoUpdatePanelTest, RightButtonAsksForTheUpdateOrInDownloadModeOpensThePageOfTheKindAndEnds) {
+  OpenUpdate();
   notes.clear();
-  window->HandleEvent(MInstallerWindow::kRightButtonId, MButton::kClicked, 0);
+  Click(MInstallerWindow::kRightButtonId);
   EXPECT_EQ(NotifiedCodes(), (std::vector<int32_t>{4}));
-  EXPECT_TRUE(shim.opened.empty());
-  EXPECT_NE(window->autoUpdatePanel, nullptr);
-}
+  EXPECT_TRUE(panelShim.opened.empty());
 
-TEST_F(AutoUpdatePanelTest, DownloadModeOpensThePageOfTheProductKindAndEnds) {
   host.sessionMode = 2;
   const std::pair<uint32_t, const char*> cases[] = {
       {8 | 16, "activex"}, {16 | 32768, "plugin"}, {32768, "ppapi"}, {0, ""}};
   for (const auto& [mask, word] : cases) {
     productMask = mask;
-    shim.opened.clear();
-    Open();
-    window->HandleEvent(MInstallerWindow::kRightButtonId, MButton::kClicked, 0);
-    EXPECT_EQ(shim.opened, (std::vector<std::string>{std::string("https://get.lumen.example/lumenplayer/update/") + word}));
+    panelShim.opened.clear();
+    OpenUpdate();
+    Click(MInstallerWindow::kRightButtonId);
+    EXPECT_EQ(panelShim.opened, (std::vector<std::string>{std::string("https://get.lumen.example/lumenplayer/update/") + word}));
     EXPECT_EQ(window->autoUpdatePanel, nullptr);
     EXPECT_EQ(window->failurePanel, nullptr);
   }
-  EXPECT_EQ(native->quitCodes, (std::vector<int32_t>{0, 0, 0, 0}));
+  EXPECT_EQ(QuitCodes(), (std::vector<int32_t>{0, 0, 0, 0}));
 }
 
 TEST_F(AutoUpdatePanelTest, TextsMoveDownForTheEastAsianLocalesKoreanIncluded) {
   for (uint32_t locale : {1028u, 1041u, 1042u, 2052u, 1033u}) {
-    windows->threadLocale = locale;
+    System().threadLocale = locale;
     window->DeleteTransientPanels();
-    Open();
+    OpenUpdate();
     const int32_t expected = locale == 1033 ? 0 : 3;
     EXPECT_EQ(Panel().headerText->verticalOffset, expected) << locale;
     EXPECT_EQ(Panel().bodyText->verticalOffset, expected) << locale;

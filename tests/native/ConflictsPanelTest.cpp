@@ -11,7 +11,7 @@ namespace {
 class ConflictsPanelTest : public InstallerPanelWorld {
  protected:
   MUIPanelConflicts& Panel() { return *window->conflictsPanel; }
-  void Open() { window->ShowPanel(window->conflictsPanel); }
+  void ShowConflicts() { window->ShowPanel(window->conflictsPanel); }
   void Poll() { window->HandleEvent(MInstallerWindow::kTickEventId, MInstallerWindow::kConflictPoll, 0); }
   std::vector<std::string> VisibleNames() {
     std::vector<std::string> names;
@@ -29,49 +29,49 @@ class ConflictsPanelTest : public InstallerPanelWorld {
 };
 
 TEST_F(ConflictsPanelTest, FiveNamesFillTheRowsAndFurtherOnesAreOnlyCounted) {
-  shim.conflicts = {u"Lumen Viewer", u"Brightpad", u"Corva Notes", u"Pathfinder", u"Mailroom"};
+  panelShim.conflicts = {u"Lumen Viewer", u"Brightpad", u"Corva Notes", u"Pathfinder", u"Mailroom"};
   EXPECT_TRUE(Panel().RefreshConflicts(8));
   EXPECT_EQ(VisibleNames(),
             (std::vector<std::string>{"Lumen Viewer", "Brightpad", "Corva Notes", "Pathfinder", "Mailroom"}));
 
-  shim.conflicts.push_back(u"Sixth App");
+  panelShim.conflicts.push_back(u"Sixth App");
   EXPECT_TRUE(Panel().RefreshConflicts(8));
   ASSERT_TRUE(Panel().rows[5]->visible);
   EXPECT_EQ(Text(Panel().rows[5]->nameText), "And 1 more");
   EXPECT_EQ(Text(Panel().rows[4]->nameText), "Mailroom");
 
-  shim.conflicts = {u"Brightpad", u"Mailroom"};
+  panelShim.conflicts = {u"Brightpad", u"Mailroom"};
   Panel().RefreshConflicts(8);
   EXPECT_EQ(VisibleNames(), (std::vector<std::string>{"Brightpad", "Mailroom"}));
 }
 
 TEST_F(ConflictsPanelTest, ListThatCannotBeMadeCountsAsNoConflictAndHandsOver) {
-  shim.conflictsFail = true;
+  panelShim.conflictsFail = true;
   EXPECT_FALSE(Panel().RefreshConflicts(8));
-  Open();
+  ShowConflicts();
   EXPECT_EQ(window->ActivePanel(), window->progressPanel);
   EXPECT_EQ(CountCalls("NotifyConflictsCleared"), 1);
 }
 
 TEST_F(ConflictsPanelTest, StaysWhileProgramsRunShowsNewOnesAtThePollAndHandsOverWhenTheLastGoes) {
   productMask = 16 | 32768;
-  shim.conflicts = {u"Brightpad"};
+  panelShim.conflicts = {u"Brightpad"};
   window->rightButton->SetVisible(true);
-  Open();
+  ShowConflicts();
   ASSERT_EQ(window->ActivePanel(), window->conflictsPanel);
-  EXPECT_EQ(shim.askedMasks, (std::vector<uint32_t>{16 | 32768}));
+  EXPECT_EQ(panelShim.askedMasks, (std::vector<uint32_t>{16 | 32768}));
   EXPECT_FALSE(window->rightButton->visible);
   EXPECT_EQ(window->targetRect.bottom, 345);
   EXPECT_EQ(VisibleNames(), (std::vector<std::string>{"Brightpad"}));
 
-  shim.conflicts = {u"Brightpad", u"Mailroom", u"Corva Notes"};
+  panelShim.conflicts = {u"Brightpad", u"Mailroom", u"Corva Notes"};
   Poll();
   EXPECT_EQ(VisibleNames(), (std::vector<std::string>{"Brightpad", "Mailroom", "Corva Notes"}));
   EXPECT_EQ(CountCalls("NotifyConflictsCleared"), 0);
 
   // No conflict before and none now is not a change: nothing happens.
   Panel().anyConflict = 0;
-  shim.conflicts.clear();
+  panelShim.conflicts.clear();
   Poll();
   EXPECT_EQ(window->ActivePanel(), window->conflictsPanel);
   Panel().anyConflict = 1;
@@ -84,11 +84,11 @@ TEST_F(ConflictsPanelTest, StaysWhileProgramsRunShowsNewOnesAtThePollAndHandsOve
 TEST_F(ConflictsPanelTest, OptionalCheckIsSkippedUnlessTheSettingsManagerIsHeld) {
   host.conflictsBlockInstall = false;
   host.conflictCheckIsOptional = true;
-  shim.conflicts = {u"Brightpad"};
+  panelShim.conflicts = {u"Brightpad"};
   EXPECT_FALSE(Panel().IsControlFileLocked());
-  Open();
+  ShowConflicts();
   EXPECT_EQ(window->ActivePanel(), window->progressPanel);
-  EXPECT_TRUE(shim.askedMasks.empty());
+  EXPECT_TRUE(panelShim.askedMasks.empty());
   EXPECT_EQ(CountCalls("NotifyConflictsCleared"), 0) << "the skip is not a clearing";
 }
 
@@ -103,17 +103,17 @@ TEST_F(ConflictsPanelTest, HeldSettingsManagerMakesTheOptionalCheckRunButAnEmpty
   host.settingsManager = u"LumenPlayerApp.exe";
   HoldManager("program");
   EXPECT_TRUE(Panel().IsControlFileLocked());
-  shim.conflicts = {u"Brightpad"};
-  Open();
+  panelShim.conflicts = {u"Brightpad"};
+  ShowConflicts();
   EXPECT_EQ(window->ActivePanel(), window->conflictsPanel);
   EXPECT_EQ(VisibleNames(), (std::vector<std::string>{"Brightpad"}));
 }
 
 TEST_F(ConflictsPanelTest, PollsOncePerThirtyOneTimerMessages) {
-  shim.conflicts = {u"Brightpad"};
-  Open();
+  panelShim.conflicts = {u"Brightpad"};
+  ShowConflicts();
   ASSERT_EQ(window->ActivePanel(), window->conflictsPanel);
-  windows->posted.clear();
+  System().posted.clear();
   for (int i = 0; i < 30; ++i) window->OnTimer();
   EXPECT_EQ(PostedOf(MInstallerWindow::kConflictPoll), 0u);
   window->OnTimer();

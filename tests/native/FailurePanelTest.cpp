@@ -32,8 +32,8 @@ TEST_F(FailurePanelTest, ShowsTheLastSeriousEntryAndOnlyQuit) {
   EXPECT_TRUE(window->rightButton->enabled) << "enabled, though it stays hidden";
   EXPECT_EQ(window->rect, MRect::FromSize(0, 0, 450, 345));
 
-  window->HandleEvent(MInstallerWindow::kLeftButtonId, MButton::kClicked, 0);
-  EXPECT_EQ(native->quitCodes, (std::vector<int32_t>{-1}));
+  Click(MInstallerWindow::kLeftButtonId);
+  EXPECT_EQ(QuitCodes(), (std::vector<int32_t>{-1}));
 }
 
 TEST_F(FailurePanelTest, UninstallerCodesChangeHeaderAndTitleInstallerCodesOnlyTheHeader) {
@@ -44,10 +44,10 @@ TEST_F(FailurePanelTest, UninstallerCodesChangeHeaderAndTitleInstallerCodesOnlyT
   } cases[] = {{1047, "<75>", u"<30>"}, {1048, "<75>", u"<30>"}, {1040, "<76>", u""}, {1044, "<76>", u""}};
   for (const auto& c : cases) {
     host.log.Add(2, c.code, MString(u"detail"));
-    native->title.clear();
+    fakeHost->title.clear();
     ShowError();
     EXPECT_EQ(Text(Panel().headerText), c.header) << c.code;
-    EXPECT_EQ(native->title, c.title) << c.code;
+    EXPECT_EQ(fakeHost->title, c.title) << c.code;
   }
 }
 

@@ -1,49 +1,31 @@
 #pragma once
-// A built installer window over fakes, for the tests of its later pages: the
-// host and shim of FakeInstallerHost.h, a file system and system for the
-// settings-manager test, and a record of every Notify with the product mask
-// that code 6 hands back.
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <utility>
+// The built installer window of InstallerWindowFixture.h, with a shim over a
+// fake file system and system for the settings-manager test, the host texts
+// the later pages fill in, and a few readings of what the window recorded.
+#include <string>
 #include <vector>
 
 #include "engine/Platform.h"
 #include "tests/fakes/FakeFileSystem.h"
-#include "tests/fakes/FakeInstallerHost.h"
 #include "tests/fakes/FakeSystem.h"
-#include "tests/fakes/FakeWindowSystem.h"
-#include "ui/MButton.h"
-#include "ui/MTextArea.h"
-#include "ui/MorphUI.h"
-#include "ui/panels/MInstallerWindow.h"
+#include "tests/native/InstallerWindowFixture.h"
 
 namespace SASM {
 
-class InstallerPanelWorld : public ::testing::Test {
+class InstallerPanelWorld : public InstallerWindowFixture {
  protected:
-  InstallerPanelWorld() : shim(&host, Platform{nullptr, &files, &system}) {
-    host.shim = &shim;
-    host.strings = {{15, u"^%"}, {28, u"And ^ more"}, {88, u"https://get.lumen.example/lumenplayer/update/"}};
-    auto windowSystem = std::make_unique<FakeWindowSystem>();
-    windows = windowSystem.get();
-    ui = std::make_unique<MorphUI>(&host, nullptr, std::move(windowSystem));
-    ui->SetEventCallback(&Notified, this);
-    window = new MInstallerWindow(ui.get());
-    native = windows->lastHost;
-    ui->SetWindow(window);
+  InstallerPanelWorld() : panelShim(&host, Platform{nullptr, &files, &system}) {
+    host.shim = &panelShim;
+    SetString(15, u"^%");
+    SetString(28, u"And ^ more");
+    SetString(88, u"https://get.lumen.example/lumenplayer/update/");
+    productMask = 8;
+    Open();
   }
-
-  static int32_t Notified(MorphUI*, int32_t code, intptr_t value, void* context) {
-    auto* world = static_cast<InstallerPanelWorld*>(context);
-    if (code == 6) {
-      *reinterpret_cast<uint32_t*>(value) = world->productMask;
-      world->notes.push_back({6, 0});
-    } else {
-      world->notes.push_back({code, value});
-    }
-    return 0;
+  // The window goes first: its panels may still reach the shim on the way out.
+  ~InstallerPanelWorld() override {
+    ui.window = nullptr;
+    delete window;
   }
 
   // Codes of Notify other than the mask query, in order.
@@ -58,24 +40,16 @@ class InstallerPanelWorld : public ::testing::Test {
     for (const auto& call : host.calls) n += call == name;
     return n;
   }
-  size_t PostedOf(int32_t message) const {
+  size_t PostedOf(int32_t message) {
     size_t n = 0;
-    for (const auto& posted : windows->posted)
-      n += posted.message == static_cast<uint32_t>(message) + MWindow::kUserBase;
+    for (const auto& [id, posted] : Posted()) n += posted == message;
     return n;
   }
   static std::string Text(const MTextArea* area) { return area ? area->text.ToUtf8() : "<null>"; }
 
-  FakeInstallerHost host;
   FakeFileSystem files;
   FakeSystem system;
-  FakeInstallerShim shim;
-  FakeWindowSystem* windows = nullptr;
-  FakeWindowHost* native = nullptr;
-  std::unique_ptr<MorphUI> ui;
-  MInstallerWindow* window = nullptr;
-  uint32_t productMask = 8;
-  std::vector<std::pair<int32_t, intptr_t>> notes;
+  FakeInstallerShim panelShim;
 };
 
 }  // namespace SASM

@@ -61,13 +61,13 @@ TEST_F(ProgressPanelTest, BarTakesFiftyTicksEndToEndThenReportsTargetOnceAndStop
 
 TEST_F(ProgressPanelTest, DoneStoresTheChosenRadioOnlyInAnUpdateChoiceRun) {
   Arm(100.0f, 100.0f, 2.0f);
-  window->HandleEvent(MInstallerWindow::kRightButtonId, MButton::kClicked, 0);
+  Click(MInstallerWindow::kRightButtonId);
   EXPECT_TRUE(host.storedUpdateChoices.empty());
   EXPECT_EQ(codes, (std::vector<int32_t>{0}));
 
   host.flags = 1024;
   Panel().radioGroup.Select(Panel().radios[2]);
-  window->HandleEvent(MInstallerWindow::kRightButtonId, MButton::kClicked, 0);
+  Click(MInstallerWindow::kRightButtonId);
   EXPECT_EQ(host.storedUpdateChoices, (std::vector<int32_t>{2}));
   EXPECT_EQ(codes, (std::vector<int32_t>{0, 0}));
 }
@@ -140,7 +140,7 @@ TEST_F(ProgressPanelTest, UpdateChoiceOffsetsByLocaleKeepTheJapaneseAsymmetry) {
       {1028, 3, {1, 1, 1}}, {2052, 3, {1, 1, 1}}, {1041, 3, {7, 1, 7}}, {1042, 0, {7, 7, 7}}, {1033, 0, {7, 7, 7}},
   };
   for (const OffsetCase& c : cases) {
-    windows->threadLocale = c.locale;
+    System().threadLocale = c.locale;
     // 7 marks a label the locale leaves alone.
     for (MTextArea* label : Panel().radioLabels) label->verticalOffset = 7;
     Panel().ShowUpdateChoice();
