@@ -170,9 +170,11 @@ void OpenUninstaller(PanelStage& stage) { stage.Post(MInstallerWindow::kCommandE
 
 void OpenMaintain(PanelStage& stage) {
   // The panel sizes nothing and leaves the window as the host had it: here,
-  // sized as the other panels size it.
-  stage.Window().SizeFromStrings();
-  stage.Window().Show(true);
+  // the panel's own 414 by 243 above the bottom bar, which takes 66 rows of the 309.
+  MInstallerWindow& window = stage.Window();
+  window.rect = MRect{0, 0, 414, 309};
+  window.ApplyRect(false, true);
+  window.Show(true);
   stage.Post(MInstallerWindow::kCommandEventId, MInstallerWindow::kOpenPanel, 2);
 }
 
