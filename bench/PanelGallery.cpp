@@ -10,8 +10,6 @@
 // the window paints its back buffer.
 #include "engine/win32/WindowsApi.h"
 
-#include <zlib.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -19,6 +17,7 @@
 #include <vector>
 
 #include "bench/PanelStage.h"
+#include "ui/win32/PngImage.h"
 
 using namespace SASM;
 
@@ -29,48 +28,6 @@ std::wstring ModulePath() {
   DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);
   std::wstring directory(path, length);
   return directory.substr(0, directory.find_last_of(L'\\') + 1) + L"LumenUtil.dll";
-}
-
-void PutBig32(std::string& out, uint32_t value) {
-  for (int shift = 24; shift >= 0; shift -= 8) out.push_back(static_cast<char>(value >> shift));
-}
-
-void PutChunk(std::string& png, const char* type, const std::string& data) {
-  PutBig32(png, static_cast<uint32_t>(data.size()));
-  std::string body = std::string(type, 4) + data;
-  png += body;
-  PutBig32(png, static_cast<uint32_t>(crc32(0, reinterpret_cast<const Bytef*>(body.data()), body.size())));
-}
-
-// Top-down 32-bit pixels (blue, green, red, unused) as an RGB PNG.
-bool SavePng(const std::wstring& path, int width, int height, const uint8_t* pixels) {
-  std::string raw;
-  raw.reserve(static_cast<size_t>(height) * (width * 3 + 1));
-  for (int y = 0; y < height; ++y) {
-    raw.push_back(0);
-    for (int x = 0; x < width; ++x) {
-      const uint8_t* p = pixels + (static_cast<size_t>(y) * width + x) * 4;
-      raw += {static_cast<char>(p[2]), static_cast<char>(p[1]), static_cast<char>(p[0])};
-    }
-  }
-  uLongf packedSize = compressBound(raw.size());
-  std::string packed(packedSize, '\0');
-  if (compress2(reinterpret_cast<Bytef*>(packed.data()), &packedSize, reinterpret_cast<const Bytef*>(raw.data()),
-                raw.size(), 9) != Z_OK)
-    return false;
-  packed.resize(packedSize);
-  std::string header;
-  PutBig32(header, static_cast<uint32_t>(width));
-  PutBig32(header, static_cast<uint32_t>(height));
-  header += {8, 2, 0, 0, 0};  // 8 bits, truecolour, no interlace
-  std::string png = "\x89PNG\r\n\x1a\n";
-  PutChunk(png, "IHDR", header);
-  PutChunk(png, "IDAT", packed);
-  PutChunk(png, "IEND", "");
-  FILE* file = _wfopen(path.c_str(), L"wb");
-  if (!file) return false;
-  bool written = fwrite(png.data(), 1, png.size(), file) == png.size();
-  return fclose(file) == 0 && written;
 }
 
 // Builds the state's window, paints it whole into a DIB and saves that.
@@ -95,7 +52,7 @@ bool Draw(HMODULE module, const PanelState& state, const std::wstring& directory
     HGDIOBJ old = SelectObject(dc, bitmap);
     stage.PaintInto(dc);
     std::wstring path = directory + L"\\" + std::wstring(state.name, state.name + strlen(state.name)) + L".png";
-    ok = SavePng(path, width, height, static_cast<const uint8_t*>(bits));
+    ok = PngImage::Save(path, width, height, static_cast<const uint8_t*>(bits));
     SelectObject(dc, old);
     if (ok) std::printf("%s %dx%d\n", state.name, width, height);
     else std::fprintf(stderr, "%s: cannot write the picture\n", state.name);

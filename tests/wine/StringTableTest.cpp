@@ -3,8 +3,6 @@
 // thread's locale, and every language drawn with its locale's font.
 #include <gtest/gtest.h>
 
-#include <zlib.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -21,6 +19,7 @@
 #include "tests/wine/WineTestSupport.h"
 #include "ui/LocaleMetrics.h"
 #include "ui/LocalizedText.h"
+#include "ui/win32/PngImage.h"
 
 using namespace SASM;
 
@@ -192,46 +191,6 @@ struct DcDeleter {
 };
 using MemoryDc = std::unique_ptr<std::remove_pointer_t<HDC>, DcDeleter>;
 
-void PutBig32(std::string& out, uint32_t value) {
-  for (int shift = 24; shift >= 0; shift -= 8) out.push_back(static_cast<char>(value >> shift));
-}
-
-void PutChunk(std::string& png, const char* type, const std::string& data) {
-  PutBig32(png, static_cast<uint32_t>(data.size()));
-  std::string body = std::string(type, 4) + data;
-  png += body;
-  PutBig32(png, static_cast<uint32_t>(crc32(0, reinterpret_cast<const Bytef*>(body.data()), body.size())));
-}
-
-// Top-down 32-bit pixels (blue, green, red, unused) as an RGB PNG.
-bool SavePng(const std::wstring& path, int width, int height, const uint8_t* pixels) {
-  std::string raw;
-  for (int y = 0; y < height; ++y) {
-    raw.push_back(0);
-    for (int x = 0; x < width; ++x) {
-      const uint8_t* p = pixels + (static_cast<size_t>(y) * width + x) * 4;
-      raw += {static_cast<char>(p[2]), static_cast<char>(p[1]), static_cast<char>(p[0])};
-    }
-  }
-  uLongf packedSize = compressBound(raw.size());
-  std::string packed(packedSize, '\0');
-  if (compress2(reinterpret_cast<Bytef*>(packed.data()), &packedSize, reinterpret_cast<const Bytef*>(raw.data()),
-                raw.size(), 9) != Z_OK)
-    return false;
-  packed.resize(packedSize);
-  std::string header;
-  PutBig32(header, static_cast<uint32_t>(width));
-  PutBig32(header, static_cast<uint32_t>(height));
-  header += {8, 2, 0, 0, 0};  // 8 bits, truecolour, no interlace
-  std::string png = "\x89PNG\r\n\x1a\n";
-  PutChunk(png, "IHDR", header);
-  PutChunk(png, "IDAT", packed);
-  PutChunk(png, "IEND", "");
-  FILE* file = _wfopen(path.c_str(), L"wb");
-  if (!file) return false;
-  bool written = fwrite(png.data(), 1, png.size(), file) == png.size();
-  return fclose(file) == 0 && written;
-}
 
 TEST_F(StringTableTest, EveryLanguageDrawsWithItsLocalesFontIntoTheSheet) {
   const LCID locales[] = {29, 1028, 1029, 1031, 1033, 1036, 1040, 1041,
@@ -294,7 +253,7 @@ TEST_F(StringTableTest, EveryLanguageDrawsWithItsLocalesFontIntoTheSheet) {
     EXPECT_GT(ink, 200) << "the text drew";
   }
   std::wstring path = WineTest::BinaryDirectory() + L"\\..\\..\\strings-sheet.png";
-  EXPECT_TRUE(SavePng(path, kWidth, height, static_cast<const uint8_t*>(bits)));
+  EXPECT_TRUE(PngImage::Save(path, kWidth, height, static_cast<const uint8_t*>(bits)));
 }
 
 }  // namespace
