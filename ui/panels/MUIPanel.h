@@ -27,4 +27,13 @@ class MUIPanel : public MSkinnedSection {
 // The skin's logo, which every panel shows at its top left.
 MSkinnedSection* MakeLogo(void* skinImage);
 
+// Takes a control a panel owns out of the tree, frees it and forgets it; null stays null.
+template <typename T>
+void DetachAndDelete(T*& region) {
+  if (!region) return;
+  region->Detach();
+  delete region;
+  region = nullptr;
+}
+
 }  // namespace SASM

@@ -21,14 +21,6 @@ constexpr uint32_t kTitleString = 33;
 constexpr uint32_t kDownloadPageString = 88;
 constexpr int32_t kWideLeftButton = 200;
 
-template <typename T>
-void DetachAndDelete(T*& region) {
-  if (!region) return;
-  region->Detach();
-  delete region;
-  region = nullptr;
-}
-
 // The values listed under key, in order: the n-th entry with that key; null when there are fewer.
 const MString* NthValue(const MStringList& list, const char16_t* key, int32_t n) {
   const MString name(key);

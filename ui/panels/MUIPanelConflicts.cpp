@@ -22,14 +22,6 @@ constexpr uint32_t kMoreString = 28;
 constexpr int32_t kRowWidth = 180;
 constexpr int32_t kRowHeight = 28;
 
-template <typename T>
-void DetachAndDelete(T*& region) {
-  if (!region) return;
-  region->Detach();
-  delete region;
-  region = nullptr;
-}
-
 // Three rows down the left column, three in a right column that starts higher up.
 MRect RowRect(int32_t k) {
   return k < 3 ? MRect::FromSize(85, 90 + 32 * k, kRowWidth, kRowHeight)

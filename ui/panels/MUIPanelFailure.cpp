@@ -19,14 +19,6 @@ constexpr uint32_t kUninstallerHeaderString = 75;
 constexpr uint32_t kInstallerHeaderString = 76;
 constexpr uint32_t kQuitString = 17;
 
-template <typename T>
-void DetachAndDelete(T*& region) {
-  if (!region) return;
-  region->Detach();
-  delete region;
-  region = nullptr;
-}
-
 void SetTitle(MInstallerWindow& window, const MString& title) {
   window.title = title;
   window.ApplyTitle();

@@ -49,14 +49,6 @@ int32_t ParseSigned(const MString& text) {
   return static_cast<int32_t>(negative ? 0u - value : value);
 }
 
-template <typename T>
-void DetachAndDelete(T*& region) {
-  if (!region) return;
-  region->Detach();
-  delete region;
-  region = nullptr;
-}
-
 }  // namespace
 
 MUIPanelInstallerSplash::MUIPanelInstallerSplash(MInstallerWindow* window) : MUIPanel(window) {

@@ -25,14 +25,6 @@ constexpr uint32_t kRadioStrings[] = {82, 83, 84};
 constexpr uint32_t kLinkColours[] = {16777215, 12632256, 16777215};
 
 template <typename T>
-void DetachAndDelete(T*& region) {
-  if (!region) return;
-  region->Detach();
-  delete region;
-  region = nullptr;
-}
-
-template <typename T>
 void Attach(MRegion* parent, T* child) {
   if (child) parent->AttachChild(child);
 }
