@@ -27,10 +27,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (!parsed) return 0;
   const bool anyKind = options.flags & (ProductKind::kActiveX | ProductKind::kNpapi | ProductKind::kPpapi);
   using Mode = HostOptions::Mode;
-  if ((options.mode == Mode::Install || options.mode == Mode::Conflicts || options.mode == Mode::Uninstall) && !anyKind) {
-    std::abort();
-  }
+  // A window run may take its kinds from the settings; the windowless ones must name them.
+  const bool needsKind = options.mode == Mode::Conflicts ||
+                         (options.silent && (options.mode == Mode::Install || options.mode == Mode::Uninstall));
+  if (needsKind && !anyKind) std::abort();
   if (options.mode == Mode::Install && (options.playerPath.empty() || options.uninstallerPath.empty())) std::abort();
-  if (options.mode == Mode::Uninstall && options.directory.empty()) std::abort();
+  if ((options.mode == Mode::Uninstall || options.mode == Mode::Maintain) && options.directory.empty()) std::abort();
+  if (!options.Windowed() && (options.unattended || options.timeoutMs || !options.shotsDirectory.empty())) std::abort();
   return 0;
 }

@@ -16,7 +16,7 @@ class HostCallbacks;
 class LumenBrokerShim;
 class MButton;
 class MScale3Section;
-class MScale9Data;
+struct MScale9Data;
 class MScale9Section;
 class MSkinnedSection;
 class MTextArea;

@@ -7,7 +7,7 @@
 
 namespace SASM {
 
-class MScale9Data;
+struct MScale9Data;
 class MScale9Section;
 class MTextArea;
 

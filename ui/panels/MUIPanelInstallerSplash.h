@@ -8,7 +8,7 @@
 namespace SASM {
 
 class MCheckboxButton;
-class MScale9Data;
+struct MScale9Data;
 class MScale9Section;
 class MTextArea;
 class MTooltipArea;
