@@ -84,6 +84,12 @@ MUIPanelInstallerSplash::MUIPanelInstallerSplash(MInstallerWindow* window) : MUI
 }
 
 MUIPanelInstallerSplash::~MUIPanelInstallerSplash() {
+  DropControls();
+  delete backgroundData;
+}
+
+// The controls go with the panel's first hiding and with the panel.
+void MUIPanelInstallerSplash::DropControls() {
   DetachAndDelete(licenseCheckbox);
   DetachAndDelete(licenseLink);
   DetachAndDelete(licenseLabel);
@@ -93,7 +99,6 @@ MUIPanelInstallerSplash::~MUIPanelInstallerSplash() {
   if (installTooltip) installTooltip->SetActive(false);
   delete installTooltip;
   installTooltip = nullptr;
-  delete backgroundData;
 }
 
 bool MUIPanelInstallerSplash::HandleEvent(int32_t id, int32_t message, intptr_t) {
@@ -122,15 +127,7 @@ bool MUIPanelInstallerSplash::HandleEvent(int32_t id, int32_t message, intptr_t)
       return true;
     }
     if (message == MInstallerWindow::kHidden) {
-      DetachAndDelete(licenseCheckbox);
-      DetachAndDelete(licenseLink);
-      DetachAndDelete(licenseLabel);
-      DetachAndDelete(background);
-      DetachAndDelete(banner);
-      DetachAndDelete(logo);
-      if (installTooltip) installTooltip->SetActive(false);
-      delete installTooltip;
-      installTooltip = nullptr;
+      DropControls();
       return true;
     }
     return false;

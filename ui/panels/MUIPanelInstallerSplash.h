@@ -42,6 +42,7 @@ class MUIPanelInstallerSplash : public MUIPanel {
  private:
   // The rectangles of the controls for the panel's size; nothing once they are gone.
   void Resize();
+  void DropControls();
 };
 
 }  // namespace SASM
